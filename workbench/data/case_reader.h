@@ -1,0 +1,41 @@
+// CaseReader and CaseWriter: the two narrow interfaces that every kind of data file implements.
+//
+// Everything else (prefetch on a thread of the host, filter, added variables, progress, cancellation) stands on top of
+// them, once, for all kinds.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "workbench/data/case_block.h"
+#include "workbench/data/dictionary.h"
+
+namespace workbench::data {
+
+// One pass over the cases of a dataset. Used by one thread at a time.
+class CaseReader {
+ public:
+  virtual ~CaseReader() = default;
+
+  // If known without reading.
+  virtual std::optional<std::int64_t> caseCount() const = 0;
+  // Fills the block with the next cases, as many as fit; none at the end. A case takes the first CaseLayout::caseSlots
+  // slots of the block's; what stands behind them is left as it is. Throws ErrorText when the data cannot be read.
+  virtual void fill(CaseBlock& block) = 0;
+};
+
+// Writes a dataset in one go. What is written stands in a private place until commit.
+class CaseWriter {
+ public:
+  virtual ~CaseWriter() = default;  // abandons what was not committed, leaving nothing behind
+
+  // Cases that lie `caseSlots` slots apart. Throws ErrorText when they cannot be written.
+  virtual void append(const OBS* cases, std::size_t count, std::size_t caseSlots) = 0;
+  // Completes the output in its private place and syncs it. Throws ErrorText.
+  virtual void complete() = 0;
+  // Moves the completed output into place. Throws ErrorText. Requires: complete() was called.
+  virtual void commit() = 0;
+};
+
+}  // namespace workbench::data

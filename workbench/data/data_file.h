@@ -1,0 +1,43 @@
+// DataFile: a file that holds a dataset, opened: its dictionary, and readers over its cases.
+//
+// Requires: the file does not change while it is open (a reader that notices throws ErrorText).
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/data/case_reader.h"
+#include "workbench/data/dictionary.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+class DataFile {
+ public:
+  virtual ~DataFile() = default;
+
+  virtual const Dictionary& dictionary() const = 0;
+  virtual const std::string& path() const = 0;  // as written
+  virtual std::optional<std::int64_t> caseCount() const = 0;
+  // A pass over all cases. Several may be open at once, each used by one thread at a time. Throws ErrorText.
+  virtual std::unique_ptr<CaseReader> openReader() const = 0;
+  // What a user should know of how the file was read: a renamed column, a column that stayed text and why. Sentences.
+  virtual const std::vector<std::string>& warnings() const = 0;
+};
+
+struct OpenOptions {
+  std::string password;                  // empty: none
+  std::optional<std::string> typesWith;  // another data file: what no dictionary declares is inferred over both
+};
+
+// Opens a data file; its whole content has been read and found sound when types had to be inferred.
+Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, const OpenOptions& options);
+
+// Begins writing a data file of the kind that its name's ending says. Nothing stands at `path` before commit().
+Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, const Dictionary& dictionary,
+                                                    const std::string& password);
+
+}  // namespace workbench::data

@@ -1,0 +1,93 @@
+#include "engine/saved_outputs.h"
+
+#include <algorithm>
+
+#include "host/messages.h"
+
+namespace compdatas {
+
+namespace {
+
+std::unique_ptr<UserOutputCaseFile> open(const UserCaseFileSpec& spec, VRIX_DataSource*& source) {
+  if (!spec.IsValid()) return nullptr;
+  auto output = std::make_unique<UserOutputCaseFile>(spec);
+  source = &output->GetDataSource();
+  return output;
+}
+
+// A destination that is an open dataset gets no note.
+void noteSavedFile(const char* what, const VRIX_DataSource* source, const UserCaseFileSpec& spec) {
+  if (source == nullptr || !spec.IsValid() || !spec.IsFile()) return;
+  AddNotesWithGroup(BpNoteKind::savedFile, BpString(what, true), BpString("", false),
+                    BpString(spec.DocumentationString(), false));
+}
+
+}  // namespace
+
+SavedOutputs::SavedOutputs(DatasetComparer& comparer)
+    : comparer_(comparer),
+      matched_(open(comparer.matchedSpec, matchedSource_)),
+      mismatched_(open(comparer.mismatchedSpec, mismatchedSource_)) {}
+
+SavedOutputs::~SavedOutputs() = default;
+
+void SavedOutputs::makeDictionaries() {
+  if (!any()) return;
+  for (VariablePair& pair : comparer_.variablePairs) {
+    if (!pair.compared && !pair.isCaseId) continue;
+    pair.outSlots = pair.width != 0 ? static_cast<std::uint32_t>(pair.width + 7) / 8U : 1U;
+    const VRIX_Variable& active = comparer_.activeSource.GetVariable(pair.activeIndex);
+    for (VRIX_DataSource* output : {matchedSource_, mismatchedSource_}) {
+      if (output == nullptr) continue;
+      std::int32_t index = -1;
+      output->MakeVariable(active, &index);
+      pair.outPosition = output->ObsIndex(index);
+    }
+  }
+  const DatasourceAttributes& attributes = comparer_.activeSource.GetAttributes();
+  for (VRIX_DataSource* output : {matchedSource_, mismatchedSource_}) {
+    if (output != nullptr) output->SetAttributes(attributes);
+  }
+  for (VRIX_DataSource* output : {matchedSource_, mismatchedSource_}) {
+    if (output != nullptr) output->CommitDictionary();
+  }
+}
+
+void SavedOutputs::allocateBuffer() {
+  std::size_t slots = 1;
+  if (matchedSource_ != nullptr) {
+    slots = matchedSource_->GetCaseSize();
+  } else if (mismatchedSource_ != nullptr) {
+    slots = mismatchedSource_->GetCaseSize();
+  }
+  buffer_.resize(slots);
+}
+
+void SavedOutputs::keep(const VariablePair& pair) {
+  std::copy_n(pair.activeValue, pair.outSlots, buffer_.begin() + pair.outPosition);
+}
+
+void SavedOutputs::writeMatched() {
+  if (matchedSource_ != nullptr) matchedSource_->WriteCase(buffer_.data());
+}
+
+void SavedOutputs::writeMismatched() {
+  if (mismatchedSource_ != nullptr) mismatchedSource_->WriteCase(buffer_.data());
+}
+
+void SavedOutputs::addNotes() const {
+  noteSavedFile("CD_Matched", matchedSource_, comparer_.matchedSpec);
+  noteSavedFile("CD_Mismatched", mismatchedSource_, comparer_.mismatchedSpec);
+}
+
+void SavedOutputs::close() {
+  if (matchedSource_ != nullptr) matchedSource_->Close();
+  if (mismatchedSource_ != nullptr) mismatchedSource_->Close();
+}
+
+void SavedOutputs::freeBuffer() {
+  buffer_.clear();
+  buffer_.shrink_to_fit();
+}
+
+}  // namespace compdatas

@@ -1,0 +1,48 @@
+// SavedOutputs: the destinations of the matched and of the mismatched cases, and the one buffer that feeds both.
+//
+// Invariant: both destinations have the same variables in the same order, so one position serves both.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "engine/dataset_comparer.h"
+
+namespace compdatas {
+
+class SavedOutputs {
+ public:
+  // Opens what the specifications name, the matched cases first; a specification that is not valid names nothing.
+  // Throws ErrorText. Requires: the comparer outlives this object.
+  explicit SavedOutputs(DatasetComparer& comparer);
+  SavedOutputs(const SavedOutputs&) = delete;
+  SavedOutputs& operator=(const SavedOutputs&) = delete;
+  ~SavedOutputs();
+
+  bool any() const { return matched_ != nullptr || mismatched_ != nullptr; }
+
+  // Makes the variables of every compared pair in each destination, and commits their dictionaries.
+  void makeDictionaries();
+  // Once, before the walk.
+  void allocateBuffer();
+
+  // Takes a compared pair's active value for the case to be written.
+  void keep(const VariablePair& pair);
+  void writeMatched();
+  void writeMismatched();
+
+  // Says where the cases of each file went.
+  void addNotes() const;
+  void close();
+  void freeBuffer();
+
+ private:
+  DatasetComparer& comparer_;
+  VRIX_DataSource* matchedSource_ = nullptr;  // of the two below; null when there is no such output
+  VRIX_DataSource* mismatchedSource_ = nullptr;
+  std::unique_ptr<UserOutputCaseFile> matched_;
+  std::unique_ptr<UserOutputCaseFile> mismatched_;
+  std::vector<OBS> buffer_;
+};
+
+}  // namespace compdatas

@@ -15,6 +15,7 @@
 #include "host/parser.h"
 #include "syntax/command_grammar.h"
 #include "syntax/command_syntax.h"
+#include "tables/dictionary_table.h"
 #include "tables/summary_tables.h"
 
 namespace compdatas {
@@ -34,6 +35,7 @@ BpPivotTable openTable(BpProcedure& procedure, const char* key, const char* defa
 // finished.
 void compare(DatasetComparer& comparer, ComparisonData& comparison) {
   matchVariables(comparer);
+  WriteDictionaryTables(comparer);
 
   BpPivotTable matched = openTable(comparer.procedure, "CD_MatchedSummaryTableName", "Matched Summary");
   BpPivotTable mismatchedByCases =

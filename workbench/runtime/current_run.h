@@ -35,6 +35,8 @@ struct CurrentRun {
   Settings settings;
   output::Command* command = nullptr;                 // where messages, notes and tables of the command go
   const std::vector<TokenInfoObj>* tokens = nullptr;  // the command's tokens, its name left out
+  int commandLine = 1;                                // where the command's name stands in the job, from 1
+  int commandColumn = 1;                              // counts characters
   data::ActiveSource* activeSource = nullptr;         // what ProcedureDataSource shows
   data::OutputSet* outputs = nullptr;                 // where the command's output files stand until it has ended
   ServerDataManager* datasets = nullptr;              // what ServerDataManager::GetInstance gives

@@ -3,7 +3,7 @@
 // Off by default, and then it costs one test per call. Objects are named by their type and a number per type, counted
 // from 1 within a command: "BpPivotTable#3". A line is a call as it would stand in a program:
 //
-//   BpPivotTable#2 = BpProcedure#1.PivotTable("CD_MatchedSummaryTableName", "Matched Summary", true)
+//   BpPivotTable#2 = BpProcedure#1.PivotTable("Results", "Results", true)
 //   BpDimension#5.Position(0, 1, false, false)
 //   ~BpPivotTable#2
 //
@@ -25,7 +25,19 @@ class Journal {
 
   // Turns it on; every line goes to the sink at once. An empty sink turns it off.
   void sendTo(Sink sink) { sink_ = std::move(sink); }
-  bool isOn() const { return static_cast<bool>(sink_); }
+  bool isOn() const { return pauses_ == 0 && static_cast<bool>(sink_); }
+
+  // While one lives, the journal is off: what the host asks of its own objects is no call of the procedure.
+  class Pause {
+   public:
+    explicit Pause(Journal& paused) : paused_(paused) { ++paused_.pauses_; }
+    Pause(const Pause&) = delete;
+    Pause& operator=(const Pause&) = delete;
+    ~Pause() { --paused_.pauses_; }
+
+   private:
+    Journal& paused_;
+  };
 
   // Starts the numbering of objects anew.
   void beginCommand(std::string_view name);
@@ -36,6 +48,8 @@ class Journal {
   std::string nameOf(const void* object, std::string_view type);
   // Writes the line of its destruction and forgets it. Does nothing for an object without a name.
   void destroyed(const void* object);
+  // Forgets the name of what is no object to the procedure (a handle), without a line.
+  void forget(const void* object) { names_.erase(object); }
 
   // One line: what was called. Requires: isOn().
   void line(std::string_view text) { sink_(text); }
@@ -45,6 +59,7 @@ class Journal {
 
  private:
   Sink sink_;
+  int pauses_ = 0;
   std::map<const void*, std::string> names_;
   std::map<std::string, int, std::less<>> counts_;
 };

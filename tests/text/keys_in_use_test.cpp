@@ -1,0 +1,75 @@
+// Reads the sources for the texts that are to be translated, and holds every one of them against every language.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/text/source_literals.h"
+#include "workbench/text/wording.h"
+
+namespace workbench::text {
+namespace {
+
+// A text that only makes sense when it is translated: a label key, an abbreviated key, or a whole sentence.
+bool isKey(const std::string& literal) {
+  if (literal.starts_with("CD_") && literal.size() > 3) return true;
+  if (literal.ends_with("...") || literal.find("...[") != std::string::npos) return literal.size() > 3;
+  const bool isSentence = literal.ends_with('.') && literal.find(' ') != std::string::npos;
+  return isSentence && literal.front() >= 'A' && literal.front() <= 'Z';
+}
+
+void expectWordingOf(const std::set<std::string>& keys) {
+  for (const std::string& language : Wording::languages()) {
+    const auto wording = Wording::load(language);
+    ASSERT_TRUE(static_cast<bool>(wording));
+    for (const std::string& key : keys) EXPECT_TRUE((*wording)->has(key)) << language << ": " << key;
+  }
+}
+
+const std::vector<std::string> procedureFolders = {"driver", "syntax", "engine", "tables"};
+
+TEST(KeysInUse, OfTheProcedureHaveWordingInEveryLanguage) {
+  std::set<std::string> keys;
+  for (const SourceLiteral& literal : sourceLiterals(procedureFolders)) {
+    if (isKey(literal.text)) keys.insert(literal.text);
+  }
+  ASSERT_GT(keys.size(), 50U);
+  expectWordingOf(keys);
+}
+
+TEST(KeysInUse, ThatAreMadeIntoTranslatedTextsHaveWordingInEveryLanguage) {
+  std::set<std::string> keys;
+  for (const SourceLiteral& literal : sourceLiterals(procedureFolders)) {
+    if (literal.after.starts_with(",true") && !literal.text.empty()) keys.insert(literal.text);
+  }
+  // Names of keywords stand before a truth value in the grammar, and are not shown.
+  std::erase_if(keys, [](const std::string& key) {
+    return key != "ID" && key.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string::npos;
+  });
+  ASSERT_FALSE(keys.empty());
+  expectWordingOf(keys);
+}
+
+TEST(KeysInUse, OfTheWorkbenchsOwnSentencesHaveWordingInEveryLanguage) {
+  std::set<std::string> keys;
+  for (const SourceLiteral& literal : sourceLiterals({"workbench"})) {
+    // What is refused, or told as a problem, is a sentence too when it ends like one.
+    const bool isRefusal = literal.before.ends_with("refuse(") || literal.before.ends_with("problem(");
+    const bool isSentence = literal.before.ends_with("sentence(") || (isRefusal && literal.text.ends_with('.'));
+    if (isSentence) keys.insert(literal.text);
+  }
+  ASSERT_GT(keys.size(), 50U);
+  expectWordingOf(keys);
+}
+
+TEST(KeysInUse, AreFoundInSourcesAsTheCompilerReadsThem) {
+  const std::vector<SourceLiteral> found = literalsOf(
+      "say('\"', \"a\" // \"no\"\n  \"b\\n\", true); /* \"no\" */ const int n = 1'000; f(R\"x(raw \"\\)x\");");
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[0].text, "ab\n");
+  EXPECT_TRUE(found[0].after.starts_with(",true);")) << found[0].after;
+  EXPECT_EQ(found[1].text, "raw \"\\");
+  EXPECT_TRUE(found[1].before.ends_with("f(")) << found[1].before;
+}
+
+}  // namespace
+}  // namespace workbench::text

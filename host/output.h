@@ -127,7 +127,7 @@ class HOST_API BpCategory {
   // Writes the cell that lies at this category and at the current category of every other dimension. A cell that is
   // written again is replaced. A dimension without a category cannot be addressed: that throws ErrorText.
   void Cell(const BpCellText& content);
-  // Attaches a footnote to the cell that Cell would write. Takes no ownership.
+  // Attaches a footnote to the cell that Cell would write; it stays when the cell is written again. Takes no ownership.
   void CellNote(const BpAnnotation& note);
   // Attaches a footnote to the category itself. Takes no ownership.
   void Note(const BpAnnotation& note);
@@ -176,6 +176,7 @@ class HOST_API BpPivotTable {
   BpPivotTable& operator=(BpPivotTable&&) = delete;
   ~BpPivotTable();
 
+  // Requires: no cell has been written; later that throws ErrorText.
   BpDimension Dimension(const BpCellText& title, BpSort sort);
   void Caption(const BpCellText& text);
   void MinDataColumnWidth(std::int32_t points);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
@@ -108,14 +109,17 @@ struct Dimension {
 
   // The leaf nodes in the order shown.
   std::vector<std::int32_t> leaves() const;
+  // Per node the leaf's position in that order; -1 for a group.
+  std::vector<std::int32_t> leafPositions() const;
 };
 
+// A table can have millions of cells, most of them alike and empty: contents that are the same may be one object.
 struct Cell {
-  std::vector<std::int32_t> at;  // per dimension the leaf's node
-  Text content;
+  std::shared_ptr<const Text> content;  // never null
   std::vector<std::int32_t> notes;
 };
 
+// Invariant: no two cells have the same address.
 struct Table {
   Text title;
   Text defaultTitle;
@@ -124,8 +128,14 @@ struct Table {
   std::optional<Text> caption;
   std::optional<int> minDataColumnWidth;
   std::vector<Dimension> dimensions;
-  std::vector<Cell> cells;  // in the order in which they were first written
+  std::vector<Cell> cells;              // in the order in which they were first written
+  std::vector<std::int32_t> addresses;  // of the cells, one after another: per dimension the leaf's node
   std::vector<Text> footnotes;
+
+  // Where the cell of this index lies: per dimension the leaf's node.
+  std::span<const std::int32_t> at(std::size_t cell) const {
+    return std::span(addresses).subspan(cell * dimensions.size(), dimensions.size());
+  }
 };
 
 // A table stands at the place at which it was opened.
@@ -140,6 +150,9 @@ struct Command {
   std::optional<std::string> procedureTitle;
   int procedureCode = 0;
   std::vector<Item> items;
+
+  // Whether a table was opened, be it that it was destroyed afterwards.
+  bool openedTable() const;
 };
 
 enum class Verdict { same, different, trouble };
@@ -149,7 +162,7 @@ struct Document {
   std::optional<Verdict> verdict;
 };
 
-// A message of the workbench itself: a plain sentence, already in the user's language.
+// A message of the workbench itself among the diagnostics: a plain sentence, already in the user's language.
 Message hostMessage(BpErrorLevel level, std::string sentence);
 // An error of the command parser, at its place in the job.
 Message parserMessage(std::string sentence, int line, int column);

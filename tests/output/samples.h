@@ -1,0 +1,23 @@
+// Tables such as procedures make, opened in the running command and finished.
+#pragma once
+
+#include "tests/output/fakes.h"
+
+namespace workbench::output {
+
+// Two nested row dimensions, a hidden column dimension with a group, counts and percentages.
+void openMatchedSummary(BpProcedure& procedure);
+// One row per variable, a column with a footnote, a minimal column width.
+void openMismatchesByVariable(BpProcedure& procedure);
+// A hidden row dimension of numbered cases, and columns partly in groups: as many columns of variables as asked for.
+void openCaseTable(BpProcedure& procedure, int variables, int cases);
+// Rows of values nested in variables, where a dimension was never placed.
+void openValueLabels(BpProcedure& procedure);
+// Long texts, a footnote on a cell, and columns without any cell.
+void openDictionary(BpProcedure& procedure);
+// One dimension in the layers.
+void openLayers(BpProcedure& procedure);
+// Texts that try to act on the terminal or on the drawing.
+void openHostileTexts(BpProcedure& procedure);
+
+}  // namespace workbench::output

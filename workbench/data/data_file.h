@@ -21,6 +21,8 @@ class DataFile {
 
   virtual const Dictionary& dictionary() const = 0;
   virtual const std::string& path() const = 0;  // as written
+  // The files that the cases are read from, where these are others than what the path names. None may be replaced.
+  virtual std::vector<std::string> furtherFiles() const { return {}; }
   virtual std::optional<std::int64_t> caseCount() const = 0;
   // A pass over all cases. Several may be open at once, each used by one thread at a time. Throws ErrorText.
   virtual std::unique_ptr<CaseReader> openReader() const = 0;

@@ -1,0 +1,62 @@
+// ColumnEvidence: what the cells of a column are, counted exactly while a file is read.
+//
+// Evidence of two columns can be merged; what is inferred from the merged evidence is what would be inferred from both
+// columns written one below the other.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace workbench::data {
+
+// What a cell is by itself. Everything that is not exactly one of the others is a text.
+enum class CellKind : std::uint8_t { empty, number, date, time, dateTime, text };
+inline constexpr std::size_t cellKinds = 6;
+
+// One cell as it stands in a file.
+struct CellSighting {
+  std::uint64_t line = 0;  // from 1; 0: none was seen
+  std::string text;        // its beginning
+  bool isWhole = true;     // the text is all of it
+};
+
+class ColumnEvidence {
+ public:
+  void add(std::string_view cell, std::uint64_t line);
+  // Adds all that the other one has seen. Sightings stay this one's where it has any.
+  void merge(const ColumnEvidence& other);
+
+  std::uint64_t count(CellKind kind) const { return counts_[static_cast<std::size_t>(kind)]; }
+  std::uint64_t filled() const;  // cells that are not empty
+  // What the column is: the kind of all its filled cells, else text; empty when none is filled.
+  CellKind kind() const;
+  // The first filled cell that is not of the given kind; none has line 0.
+  const CellSighting& firstOtherThan(CellKind kind) const;
+
+  std::size_t longestText() const { return longestText_; }  // in bytes, over all cells
+  // Over all numbers, exponents carried out: digits before the point and a minus; digits behind it.
+  std::int32_t wholeWidth() const { return wholeWidth_; }
+  std::int32_t fractionDigits() const { return fractionDigits_; }
+  std::int32_t significantDigits() const;                        // from the first that is not 0
+  std::int32_t secondsDigits() const { return secondsDigits_; }  // of the fractions of all times and dates with times
+
+ private:
+  CellKind seen(std::string_view cell);
+
+  std::array<std::uint64_t, cellKinds> counts_{};
+  std::array<CellSighting, cellKinds> first_;
+  std::size_t longestText_ = 0;
+  std::int32_t wholeWidth_ = 1;
+  std::int32_t fractionDigits_ = 0;
+  std::int32_t significantDigits_ = 1;  // of those that are no short decimals
+  std::uint64_t longestMantissa_ = 0;   // of those that are
+  std::int32_t secondsDigits_ = 0;
+};
+
+// Why the text is not of the given kind, as the end of a sentence: "is no ISO date". Requires: it is not.
+std::string_view whyOtherThan(CellKind kind, const CellSighting& cell);
+
+}  // namespace workbench::data

@@ -1,0 +1,60 @@
+// DuckDbQuery: the rows of a query, chunk by chunk, in their order, all columns being texts.
+//
+// All queries run in one in-memory database of the process, each over a connection of its own. Nothing is kept of what
+// was read, nothing is spilled to disk, and no extension is loaded. Used by one thread at a time.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "workbench/data/files/duckdb_library.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+class DuckDbQuery {
+ public:
+  static Outcome<std::unique_ptr<DuckDbQuery>> start(const std::string& sql);
+  ~DuckDbQuery();
+  DuckDbQuery(const DuckDbQuery&) = delete;
+  DuckDbQuery& operator=(const DuckDbQuery&) = delete;
+
+  std::size_t columns() const { return columns_; }
+
+  // Makes the next chunk the current one; false at the end. What the former chunk held is gone.
+  Outcome<bool> nextChunk();
+  std::size_t rows() const { return rows_; }
+
+  // One column of the current chunk.
+  struct Column {
+    const duckdb_string_t* values = nullptr;
+    const std::uint64_t* present = nullptr;  // a bit per row; null: all are
+
+    std::string_view operator[](std::size_t row) const {
+      if (present != nullptr && (present[row / 64] >> (row % 64) & 1) == 0) return "";  // never a null pointer
+      const duckdb_string_t& value = values[row];
+      constexpr std::uint32_t longestInlined = 12;
+      const std::uint32_t length = value.value.inlined.length;
+      return {length <= longestInlined ? value.value.inlined.inlined : value.value.pointer.ptr, length};
+    }
+  };
+  Column column(std::size_t index) const;
+
+ private:
+  explicit DuckDbQuery(const DuckDbLibrary& library) : library_(library) {}
+  Outcome<Done> execute(duckdb_database database, const std::string& sql);
+
+  const DuckDbLibrary& library_;
+  duckdb_connection connection_ = nullptr;
+  duckdb_prepared_statement statement_ = nullptr;
+  duckdb_result result_{};
+  duckdb_data_chunk chunk_ = nullptr;
+  std::size_t columns_ = 0;
+  std::size_t rows_ = 0;
+};
+
+// A text as a literal of SQL.
+std::string sqlText(std::string_view text);
+
+}  // namespace workbench::data

@@ -1,0 +1,40 @@
+#include "workbench/data/files/file_kind.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace workbench::data {
+namespace {
+
+constexpr auto fileKinds = std::to_array<FileKind>({
+    {".csv", ',', Packing::none},
+    {".tsv", '\t', Packing::none},
+    {".csv.gz", ',', Packing::gzip},
+    {".tsv.gz", '\t', Packing::gzip},
+    {".csv.zst", ',', Packing::zstd},
+    {".tsv.zst", '\t', Packing::zstd},
+});
+
+char lowerAscii(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
+}
+
+}  // namespace
+
+Outcome<FileKind> fileKind(std::string_view path) {
+  std::string lower(path);
+  std::transform(lower.begin(), lower.end(), lower.begin(), lowerAscii);
+  for (const FileKind& kind : fileKinds) {
+    if (lower.ends_with(kind.ending)) return kind;
+  }
+  std::array<std::string_view, fileKinds.size()> endings;
+  std::transform(fileKinds.begin(), fileKinds.end(), endings.begin(), [](const FileKind& kind) { return kind.ending; });
+  return Problem{"The ending of the name is none of a data file.", std::string(path),
+                 fmt::format("Use one of these: {}.", fmt::join(endings, ", "))};
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,21 @@
+// FileKind: what the ending of a data file's name says about its content.
+#pragma once
+
+#include <string_view>
+
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+enum class Packing { none, gzip, zstd };
+
+struct FileKind {
+  std::string_view ending;  // in lower case; names may bear it in any
+  char delimiter;           // between the fields of a line
+  Packing packing;
+};
+
+// Fails for an ending that is not known, naming those that are.
+Outcome<FileKind> fileKind(std::string_view path);
+
+}  // namespace workbench::data

@@ -1,0 +1,58 @@
+#include "workbench/data/files/input_file.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+namespace workbench::data {
+namespace {
+
+Problem openingProblem(int error, const std::string& path) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return {"There is no such file.", path, "Check the name and the folder."};
+    case EACCES:
+    case EPERM:
+      return {"The file may not be read.", path, "Ask its owner for the permission to read it."};
+    default:
+      return {fmt::format("The file cannot be opened ({}).", std::strerror(error)), path, ""};
+  }
+}
+
+}  // namespace
+
+Outcome<InputFile> InputFile::open(const std::string& path) {
+  struct stat status{};
+  // Asked before opening: to open a pipe would wait for someone who writes.
+  if (::stat(path.c_str(), &status) != 0) return openingProblem(errno, path);
+  if (S_ISDIR(status.st_mode)) return Problem{"This is a folder.", path, "Name a data file in it."};
+  if (!S_ISREG(status.st_mode)) {
+    return Problem{"This is no plain file, and data are read more than once.", path, "Copy the data to a file first."};
+  }
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return openingProblem(errno, path);
+  return InputFile(descriptor);
+}
+
+InputFile::InputFile(InputFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+InputFile::~InputFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+FileIdentity InputFile::identity() const {
+  struct stat status{};
+  if (::fstat(descriptor_, &status) != 0) return {};
+  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+  return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino), status.st_size,
+          status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+}
+
+std::string InputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
+
+}  // namespace workbench::data

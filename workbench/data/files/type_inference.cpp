@@ -1,0 +1,168 @@
+#include "workbench/data/files/type_inference.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <unordered_map>
+
+#include "workbench/text/folding.h"
+
+namespace workbench::data {
+namespace {
+
+using VRIX_Variable_Enumerations::Alignment;
+using VRIX_Variable_Enumerations::MeasurementLevel;
+
+constexpr std::size_t mostWarnings = 20;
+
+PrintFormat numberFormat(const ColumnEvidence& evidence) {
+  constexpr std::int32_t widest = 40;
+  constexpr std::int32_t mostDecimals = 16;
+  const std::int32_t decimals = evidence.fractionDigits();
+  const std::int32_t width = evidence.wholeWidth() + (decimals == 0 ? 0 : decimals + 1);
+  if (decimals <= mostDecimals && width <= widest) return {FormatType::number, width, decimals};
+  constexpr std::int32_t aroundDigits = 8;  // "-d." before the decimals, "E+308" behind them
+  const std::int32_t scientificDecimals = std::min(evidence.significantDigits() - 1, mostDecimals);
+  return {FormatType::scientific, scientificDecimals + aroundDigits, scientificDecimals};
+}
+
+PrintFormat clockFormat(FormatType type, std::int32_t wholeWidth, const ColumnEvidence& evidence) {
+  const std::int32_t decimals = evidence.secondsDigits();
+  return {type, wholeWidth + (decimals == 0 ? 0 : decimals + 1), decimals};
+}
+
+PrintFormat formatOf(CellKind kind, const ColumnEvidence& evidence, std::int32_t width) {
+  constexpr std::int32_t dateWidth = 10;
+  constexpr std::int32_t timeWidth = 8;
+  switch (kind) {
+    case CellKind::number:
+      return numberFormat(evidence);
+    case CellKind::date:
+      return {FormatType::date, dateWidth, 0};
+    case CellKind::time:
+      return clockFormat(FormatType::time, timeWidth, evidence);
+    case CellKind::dateTime:
+      return clockFormat(FormatType::dateTime, dateWidth + 1 + timeWidth, evidence);
+    case CellKind::text:
+      return {FormatType::text, width, 0};
+    case CellKind::empty:
+      break;
+  }
+  return {};
+}
+
+Variable variableOf(std::string name, const ColumnEvidence& evidence) {
+  constexpr std::int32_t narrowestColumn = 8;
+  constexpr std::int32_t widestColumn = 40;
+  const CellKind kind = evidence.kind();
+  Variable variable;
+  variable.name = std::move(name);
+  if (kind == CellKind::text) {
+    variable.width = static_cast<std::int32_t>(evidence.longestText());
+    variable.alignment = Alignment::left;
+    variable.level = MeasurementLevel::nominal;
+  }
+  variable.format = formatOf(kind, evidence, variable.width);
+  variable.displayWidth = std::clamp(variable.format.width, narrowestColumn, widestColumn);
+  return variable;
+}
+
+std::string_view nameOf(CellKind kind) {
+  switch (kind) {
+    case CellKind::date:
+      return "a date";
+    case CellKind::time:
+      return "a time";
+    case CellKind::dateTime:
+      return "a date with a time";
+    default:
+      return "a number";
+  }
+}
+
+bool isTyped(CellKind kind) { return kind != CellKind::empty && kind != CellKind::text; }
+
+// The kind that all but a few of the filled cells are.
+std::optional<CellKind> almostKind(const ColumnEvidence& evidence) {
+  constexpr std::uint64_t fewAtMost = 2;
+  constexpr std::uint64_t oneIn = 20;
+  for (const CellKind kind : {CellKind::number, CellKind::date, CellKind::time, CellKind::dateTime}) {
+    const std::uint64_t others = evidence.filled() - evidence.count(kind);
+    const bool areFew = others * oneIn <= evidence.filled() || (others <= fewAtMost && others < evidence.count(kind));
+    if (evidence.count(kind) != 0 && areFew) return kind;
+  }
+  return std::nullopt;
+}
+
+// What made the column text, and where: in `path`, a cell other than `wanted`.
+std::string textWarning(const std::string& column, const std::string& path, const CellSighting& cell, CellKind wanted,
+                        std::string_view consequence) {
+  return fmt::format("Column \"{}\" is read as text: in {}, line {}, \"{}{}\" {}{}.", column, path, cell.line,
+                     cell.text, cell.isWhole ? "" : "...", whyOtherThan(wanted, cell), consequence);
+}
+
+// One column with all that is known of it. The partner's evidence is null when it has no such column.
+struct Column {
+  const std::string& name;
+  const ColumnEvidence& own;
+  const ColumnEvidence* others;
+  const ColumnEvidence& both;
+};
+
+// Empty when the column is not text, or is text for good reasons.
+std::string whyText(const Column& column, const ScannedFile& file, const ScannedFile* partner) {
+  if (column.both.kind() != CellKind::text) return {};
+  if (column.others != nullptr && isTyped(column.own.kind())) {
+    const CellKind wanted = column.own.kind();
+    return textWarning(column.name, partner->path, column.others->firstOtherThan(wanted), wanted,
+                       fmt::format("; this file alone would have been read as {}", nameOf(wanted)));
+  }
+  if (column.others != nullptr && isTyped(column.others->kind())) {
+    const CellKind wanted = column.others->kind();
+    return textWarning(column.name, file.path, column.own.firstOtherThan(wanted), wanted,
+                       fmt::format("; the other file would have been read as {}", nameOf(wanted)));
+  }
+  const std::optional<CellKind> wanted = almostKind(column.both);
+  if (!wanted) return {};
+  const CellSighting& ownCell = column.own.firstOtherThan(*wanted);
+  if (ownCell.line != 0) return textWarning(column.name, file.path, ownCell, *wanted, "");
+  return textWarning(column.name, partner->path, column.others->firstOtherThan(*wanted), *wanted, "");
+}
+
+}  // namespace
+
+InferredTypes inferTypes(const ScannedFile& file, const ScannedFile* partner) {
+  std::unordered_map<std::string, std::size_t> partnerColumns;
+  if (partner != nullptr) {
+    for (std::size_t column = 0; column < partner->names.size(); ++column) {
+      partnerColumns.emplace(text::foldedName(partner->names[column]), column);
+    }
+  }
+  InferredTypes types;
+  std::size_t unsaid = 0;
+  for (std::size_t index = 0; index < file.names.size(); ++index) {
+    const std::string& name = file.names[index];
+    const ColumnEvidence& own = file.evidence.columns[index];
+    const auto found = partnerColumns.find(text::foldedName(name));
+    const ColumnEvidence* others = found == partnerColumns.end() ? nullptr : &partner->evidence.columns[found->second];
+    ColumnEvidence both = own;
+    if (others != nullptr) both.merge(*others);
+    types.variables.push_back(variableOf(name, both));
+
+    std::string warning = whyText({name, own, others, both}, file, partner);
+    if (warning.empty()) continue;
+    if (types.warnings.size() < mostWarnings) {
+      types.warnings.push_back(std::move(warning));
+    } else {
+      ++unsaid;
+    }
+  }
+  if (unsaid != 0) {
+    types.warnings.push_back(fmt::format("{} more columns are read as text because of single cells.", unsaid));
+  }
+  return types;
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,107 @@
+// Dataset: a dictionary and where its cases come from.
+//
+// The cases of its base variables lie in a data file, shared with whoever else reads it, or are kept in memory.
+// Variables that were added later have a column each, laid over the base cases when these are read, so that adding a
+// variable never copies a dataset. Cases can be read any number of times. A dataset may have a handle or none: the
+// handle belongs to whoever keeps it open.
+//
+// Invariant: the dictionary's first baseVariables() variables are those of the base, in its order; every further one
+// has a column.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/data/data_file.h"
+#include "workbench/data/dictionary.h"
+#include "workbench/data/working/added_column.h"
+#include "workbench/data/working/block_supply.h"
+#include "workbench/data/working/file_in_use.h"
+#include "workbench/data/working/kept_cases.h"
+
+namespace workbench::data {
+
+// What is done with the cases that are read.
+enum class CaseUse { onlyRead, mayBeWritten };
+
+class Dataset {
+ public:
+  explicit Dataset(std::shared_ptr<const DataFile> file);
+  // Requires: the cases lie as CaseLayout(dictionary) says.
+  Dataset(Dictionary dictionary, std::shared_ptr<const KeptCases> cases);
+
+  // What is changed through it: attributes, filter, weight and split. Variables are added and changed below.
+  Dictionary& dictionary() { return dictionary_; }
+  const Dictionary& dictionary() const { return dictionary_; }
+  const CaseLayout& layout() const { return layout_; }
+  // The path of the file that the data came from, as written; empty when there is none.
+  const std::string& path() const { return path_; }
+  // That file, and others that were read with it, as inputs that no output may replace; null when there is none.
+  const FileInUse* fileInUse() const { return fileInUse_.get(); }
+  // If known without reading.
+  std::optional<std::int64_t> caseCount() const;
+
+  std::int32_t baseVariables() const { return baseVariables_; }
+  // Adds a variable at the end, its values missing, and gives its index. Requires: the name is not taken.
+  std::int32_t addVariable(Variable variable);
+  // Changes an added variable; its storage width stays. Requires: a new name is not taken by another variable.
+  void changeAddedVariable(std::int32_t index, const Variable& changed);
+  AddedColumn& column(std::int32_t addedVariable) { return columns_[columnOf(addedVariable)]; }
+  const AddedColumn& column(std::int32_t addedVariable) const { return columns_[columnOf(addedVariable)]; }
+
+  // Whether a variable was added since the data were opened or last saved.
+  bool hasUnsavedVariables() const { return hasUnsavedVariables_; }
+  void markSaved() { hasUnsavedVariables_ = false; }
+
+  // Puts cases of all variables, base and added, in the place of what there was. Requires: they lie as layout() says.
+  void replaceCases(std::shared_ptr<const KeptCases> cases);
+  bool isKeptInMemory() const { return kept_ != nullptr; }
+  // All cases of all variables, if they are kept like that; else null.
+  std::shared_ptr<const KeptCases> keptCases() const { return columns_.empty() ? kept_ : nullptr; }
+
+  // The base variables' cases, `stride` slots apart or (kept and only read) as they lie. Throws ErrorText.
+  std::unique_ptr<BlockSupply> openBaseCases(std::size_t stride, CaseUse use) const;
+
+ private:
+  std::size_t columnOf(std::int32_t variable) const { return static_cast<std::size_t>(variable - baseVariables_); }
+
+  Dictionary dictionary_;
+  CaseLayout layout_;
+  std::int32_t baseVariables_;
+  std::shared_ptr<const DataFile> file_;   // either this
+  std::shared_ptr<const KeptCases> kept_;  // or this
+  std::vector<AddedColumn> columns_;
+  std::string path_;
+  std::unique_ptr<FileInUse> fileInUse_;
+  bool hasUnsavedVariables_ = false;
+};
+
+// The dataset's file, or that it is kept in memory.
+std::string nameForPeople(const Dataset& dataset);
+
+// One pass over all cases of a dataset, with its added variables, block by block.
+class DatasetPass {
+ public:
+  // Requires: the dataset outlives the pass, and its cases are not replaced meanwhile. Variables that are added
+  // meanwhile are no part of it.
+  DatasetPass(const Dataset& dataset, CaseUse use);
+
+  // The next cases, valid until the next call; the slots of all variables lie as layout() says. Throws ErrorText.
+  CaseSpan next();
+  // The row of the first case that next() gave last, from 0.
+  std::int64_t firstRow() const { return firstRow_; }
+  const CaseLayout& layout() const { return layout_; }
+
+ private:
+  const Dataset& dataset_;
+  const CaseLayout layout_;
+  std::unique_ptr<BlockSupply> supply_;
+  std::int64_t firstRow_ = 0;
+  std::int64_t nextRow_ = 0;
+};
+
+}  // namespace workbench::data

@@ -1,0 +1,27 @@
+// FileInUse: the files that a dataset came from, for as long as that dataset is there. No output may take their place.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workbench/data/working/file_place.h"
+
+namespace workbench::data {
+
+class FileInUse {
+ public:
+  explicit FileInUse(const std::vector<std::string>& paths);
+  FileInUse(const FileInUse&) = delete;
+  FileInUse& operator=(const FileInUse&) = delete;
+  ~FileInUse();
+
+  bool isAt(const FilePlace& place) const;
+
+  // Whether any dataset came from the file at this place. One of them may be left out of account.
+  static bool anyIsAt(const FilePlace& place, const FileInUse* except = nullptr);
+
+ private:
+  std::vector<FilePlace> places_;
+};
+
+}  // namespace workbench::data

@@ -1,0 +1,14 @@
+#include "workbench/data/working/open_dataset.h"
+
+#include "workbench/data/working/host_note.h"
+
+namespace workbench::data {
+
+Outcome<std::shared_ptr<Dataset>> openDataset(const std::string& path, const OpenOptions& options) {
+  auto file = openDataFile(path, options);
+  if (!file) return file.problem();
+  for (const std::string& warning : (*file)->warnings()) addHostNote(BpErrorLevel::warning, warning);
+  return std::make_shared<Dataset>(*file);
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,81 @@
+// The command line: what is understood, and what is refused before anything is read.
+#include "workbench/app/command_line.h"
+
+#include <gtest/gtest.h>
+
+namespace workbench::app {
+namespace {
+
+Outcome<ProgramOptions> read(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "compare-datasets");
+  return readCommandLine(static_cast<int>(arguments.size()), arguments.data());
+}
+
+std::string refusal(const std::vector<const char*>& arguments) {
+  const auto options = read(arguments);
+  return options ? "accepted" : options.problem().text();
+}
+
+const CompareRequest& compareOf(const Outcome<ProgramOptions>& options) {
+  return std::get<CompareCommand>(options->command).request;
+}
+
+TEST(CommandLine, ReadsListsAtTheirCommas) {
+  const auto options = read({"compare", "a.csv", "b.csv", "--id", "x,y", "--variables", "p to q,r"});
+  ASSERT_TRUE(options) << options.problem().text();
+  EXPECT_EQ(compareOf(options).ids, (std::vector<std::string>{"x", "y"}));
+  EXPECT_EQ(compareOf(options).variables, (std::vector<std::string>{"p to q", "r"}));
+}
+
+TEST(CommandLine, SortsOnlyWhenNeededUnlessTold) {
+  EXPECT_EQ(compareOf(read({"compare", "a", "b"})).sort, SortChoice::whenNeeded);
+  EXPECT_EQ(compareOf(read({"compare", "a", "b", "--sort", "never"})).sort, SortChoice::never);
+  EXPECT_EQ(compareOf(read({"compare", "a", "b", "--sort", "always"})).sort, SortChoice::always);
+  EXPECT_NE(refusal({"compare", "a", "b", "--sort", "maybe"}).find("--sort"), std::string::npos);
+}
+
+TEST(CommandLine, NoneIsNoPropertyAndAnUnknownOneIsRefusedByName) {
+  EXPECT_TRUE(compareOf(read({"compare", "a", "b", "--properties", "none"})).properties.empty());
+  EXPECT_EQ(compareOf(read({"compare", "a", "b", "--properties", "label,role"})).properties.size(), 2U);
+  EXPECT_NE(refusal({"compare", "a", "b", "--properties", "label,colour"}).find("\"colour\""), std::string::npos);
+  EXPECT_NE(refusal({"compare", "a", "b", "--properties", "label,all"}).find("\"all\""), std::string::npos);
+}
+
+TEST(CommandLine, TheLimitIsFrom1To10000OrNone) {
+  for (const char* good : {"1", "10000", "none"})
+    EXPECT_EQ(refusal({"compare", "a", "b", "--limit", good}), "accepted");
+  for (const char* bad : {"0", "10001", "-3", "1.5", "many"}) {
+    EXPECT_NE(refusal({"compare", "a", "b", "--limit", bad}).find("--limit"), std::string::npos) << bad;
+  }
+}
+
+TEST(CommandLine, OptionsThatDoNotWorkYetAreRefusedByName) {
+  for (const char* later : {"--rename", "--drop", "--password-file", "--comparison-password-file"}) {
+    EXPECT_NE(refusal({"compare", "a", "b", later, "x"}).find(later), std::string::npos) << later;
+  }
+  EXPECT_NE(refusal({"compare", "a", "b", "--profile"}).find("--profile"), std::string::npos);
+  EXPECT_NE(refusal({"compare", "a", "b", "--color", "always"}).find("--color"), std::string::npos);
+  EXPECT_EQ(refusal({"compare", "a", "b", "--color", "never"}), "accepted");
+  EXPECT_NE(refusal({"convert", "a", "b"}).find("convert"), std::string::npos);
+}
+
+TEST(CommandLine, AFlagNameAndNoFlagExcludeEachOther) {
+  EXPECT_NE(refusal({"compare", "a", "b", "--flag", "f", "--no-flag"}), "accepted");
+}
+
+TEST(CommandLine, AnUnknownOptionOrCommandIsRefused) {
+  EXPECT_NE(refusal({"compare", "a", "b", "--nothing"}), "accepted");
+  EXPECT_NE(refusal({"contrast", "a", "b"}), "accepted");
+  EXPECT_NE(refusal({}), "accepted");
+}
+
+TEST(CommandLine, HelpAndVersionAreTexts) {
+  const auto version = read({"--version"});
+  ASSERT_TRUE(version);
+  EXPECT_TRUE(std::get<ShowText>(version->command).text.starts_with("compare-datasets "));
+  EXPECT_NE(std::get<ShowText>(read({"--help"})->command).text.find("Exit status"), std::string::npos);
+  EXPECT_NE(std::get<ShowText>(read({"compare", "--help"})->command).text.find("--id"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace workbench::app

@@ -1,0 +1,92 @@
+// The job that compare writes from its options.
+#include "workbench/app/compare_job.h"
+
+#include <gtest/gtest.h>
+
+namespace workbench::app {
+namespace {
+
+CompareRequest request() {
+  CompareRequest request;
+  request.active = "a.csv";
+  request.comparison = "b.csv";
+  return request;
+}
+
+TEST(CompareJob, PairsByPositionAndSortsNothingWithoutCaseIds) {
+  EXPECT_EQ(compareJob(request()),
+            "OPEN DATA FILE='a.csv' NAME=active TYPESWITH='b.csv'.\n"
+            "OPEN DATA FILE='b.csv' NAME=comparison TYPESWITH='a.csv'.\n"
+            "ACTIVATE DATASET NAME=active.\n"
+            "COMPARE DATASETS\n"
+            "  /COMPDATASET=comparison\n"
+            "  /VARIABLES=ALL\n"
+            "  /SAVE FLAGMISMATCHES=YES\n"
+            "  /OUTPUT VARPROPERTIES=NONE.\n");
+}
+
+TEST(CompareJob, SortsBothSidesByTheCaseIdsAsTheActiveSideCutsThem) {
+  CompareRequest wanted = request();
+  wanted.ids = {"id", "visit day"};
+  const std::string job = compareJob(wanted);
+  EXPECT_NE(job.find("SORT CASES BY=id 'visit day' LIKE=active WHEN=NEEDED.\nACTIVATE DATASET NAME=active.\n"
+                     "SORT CASES BY=id 'visit day' WHEN=NEEDED.\n"),
+            std::string::npos)
+      << job;
+  EXPECT_NE(job.find("  /CASEID=id 'visit day'\n"), std::string::npos) << job;
+}
+
+TEST(CompareJob, SortsAlwaysOrNeverWhenAsked) {
+  CompareRequest wanted = request();
+  wanted.ids = {"id"};
+  wanted.sort = SortChoice::always;
+  EXPECT_NE(compareJob(wanted).find("SORT CASES BY=id.\n"), std::string::npos);
+  wanted.sort = SortChoice::never;
+  EXPECT_EQ(compareJob(wanted).find("SORT CASES"), std::string::npos);
+}
+
+TEST(CompareJob, DoublesQuotesInsideNames) {
+  CompareRequest wanted = request();
+  wanted.active = "it's.csv";
+  EXPECT_NE(compareJob(wanted).find("FILE='it''s.csv'"), std::string::npos);
+  EXPECT_EQ(quotedInJob("a'b"), "'a''b'");
+}
+
+TEST(CompareJob, WritesRangesOfVariablesAsThreeWords) {
+  CompareRequest wanted = request();
+  wanted.variables = {"x to y", "last one"};
+  EXPECT_NE(compareJob(wanted).find("/VARIABLES=x TO y 'last one'\n"), std::string::npos) << compareJob(wanted);
+}
+
+TEST(CompareJob, WritesEveryOutput) {
+  CompareRequest wanted = request();
+  wanted.matched = "m.csv";
+  wanted.mismatched = "n.csv";
+  wanted.flagName = "check me";
+  wanted.limit = "none";
+  wanted.properties = {"label", "role"};
+  wanted.saveActive = "s.csv";
+  const std::string job = compareJob(wanted);
+  EXPECT_NE(job.find("/SAVE FLAGMISMATCHES=YES VARNAME='check me' MATCHDATASET=YES MATCHNAME='m.csv' "
+                     "MISMATCHDATASET=YES MISMATCHNAME='n.csv'\n"),
+            std::string::npos)
+      << job;
+  EXPECT_NE(job.find("/OUTPUT VARPROPERTIES=LABEL ROLE TABLELIMIT=NONE.\n"), std::string::npos) << job;
+  EXPECT_NE(job.find("SAVE DATA FILE='s.csv'.\n"), std::string::npos) << job;
+}
+
+TEST(CompareJob, AnOutputFileWithoutAnEndingIsStillAFile) {
+  CompareRequest wanted = request();
+  wanted.matched = "agreed";
+  EXPECT_NE(compareJob(wanted).find("MATCHNAME='./agreed'"), std::string::npos);
+}
+
+TEST(CompareJob, SetsToleranceAndCollationFirst) {
+  CompareRequest wanted = request();
+  wanted.tolerance = 0.0;
+  wanted.collation = "de";
+  EXPECT_TRUE(compareJob(wanted).starts_with("SET OPTIONS TOLERANCE=0.\nSET OPTIONS COLLATION='de'.\nOPEN DATA"));
+}
+
+}  // namespace
+}  // namespace workbench::app

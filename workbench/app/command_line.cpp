@@ -1,0 +1,215 @@
+#include "workbench/app/command_line.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <map>
+
+#include "workbench/app/version.h"
+
+namespace workbench::app {
+
+namespace {
+
+// Options of the manual that this version cannot serve yet are refused by name, never passed over.
+struct LaterOption {
+  const char* name;
+  bool takesValue;
+};
+constexpr LaterOption laterCompareOptions[] = {
+    {"--rename", true},
+    {"--drop", true},
+    {"--profile", false},
+    {"--password-file", true},
+    {"--comparison-password-file", true},
+    {"--output-password-file", true},
+};
+
+void refuseLater(CLI::App& command, const LaterOption& option) {
+  const auto refuse = [name = std::string(option.name)] {
+    throw CLI::ValidationError(name, "does not work in this version yet; leave it out");
+  };
+  if (option.takesValue) {
+    command.add_option_function<std::string>(option.name, [refuse](const std::string&) { refuse(); })->group("");
+  } else {
+    command.add_flag_callback(option.name, refuse)->group("");
+  }
+}
+
+// Colour and progress: what is not there cannot be switched on, only left off.
+void addAppearance(CLI::App& command, const std::string& name) {
+  command
+      .add_option_function<std::string>(
+          name,
+          [name](const std::string& value) {
+            if (value == "always") throw CLI::ValidationError(name, "always does not work in this version yet");
+          },
+          "auto or never")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->group("");
+}
+
+void addOutputOptions(CLI::App& command, OutputChoice& output) {
+  command.add_option("--format", output.format, "How results are shown: text or json");
+  command.add_option("-o,--output", output.file, "Where results go (default: standard output)")->type_name("FILE");
+  command.add_option("--lang", output.language, "Language of the output texts (default: from the environment)")
+      ->type_name("TAG");
+  command.add_option("--journal", output.journal, "Write every call that a procedure makes of the host to FILE")
+      ->type_name("FILE");
+  command.add_option("--table", output.onlyTable, "Show only the table of this key")->type_name("KEY");
+  command.add_flag("-q,--quiet", output.quiet, "No results on standard output, no notes and warnings");
+  command.add_flag("-v,--verbose", output.verbose, "Show the diagnostic lines of procedures");
+  addAppearance(command, "--color");
+  addAppearance(command, "--progress");
+}
+
+void addCompare(CLI::App& program, CompareCommand& compare) {
+  CLI::App& command = *program.add_subcommand("compare", "Compare two datasets");
+  CompareRequest& request = compare.request;
+  command.add_option("ACTIVE", request.active, "The dataset that is compared (a CSV file)")->required();
+  command.add_option("COMPARISON", request.comparison, "The dataset that it is held against")->required();
+  command.add_option("--id", request.ids, "Case ID variables; without them cases are paired by position")
+      ->delimiter(',')
+      ->type_name("A,B");
+  command.add_option("--variables", request.variables, "Variables to compare, also first TO last (default: ALL)")
+      ->delimiter(',')
+      ->type_name("A,B");
+  command
+      .add_option(
+          "--properties", request.properties,
+          "Dictionary properties to compare: all, none, or some of width, label, valuelabels, missing, columns, "
+          "align, measure, role, attributes (default: none)")
+      ->delimiter(',')
+      ->type_name("P,Q");
+  auto* flag = command.add_option("--flag", request.flagName, "Name of the flag variable (default: CasesCompare)");
+  command.add_flag("--no-flag", request.noFlag, "Make no flag variable")->excludes(flag);
+  command.add_option("--save-active", request.saveActive, "Write the active dataset with its flag variable")
+      ->type_name("FILE");
+  command.add_option("--matched", request.matched, "Save the matched cases")->type_name("FILE");
+  command.add_option("--mismatched", request.mismatched, "Save the mismatched cases")->type_name("FILE");
+  command.add_option("--limit", request.limit, "Cases in the case table: 1 to 10000, or none (default: 100)");
+  command.add_flag("--no-case-table", compare.output.noCaseTable, "Do not show the case table");
+  const std::map<std::string, SortChoice> sortChoices = {
+      {"auto", SortChoice::whenNeeded}, {"never", SortChoice::never}, {"always", SortChoice::always}};
+  command
+      .add_option("--sort", request.sort, "Bring the datasets into case ID order first: auto (default), never, always")
+      ->transform(CLI::CheckedTransformer(sortChoices));
+  command.add_option("--tolerance", request.tolerance,
+                     "Relative difference below which numbers count as equal (default: 1e-12; 0: none)");
+  command.add_option("--collation", request.collation, "Order of text case IDs: binary (default) or a locale");
+  command.add_flag("--show-syntax", compare.showSyntax, "Print the job that is run first");
+  addOutputOptions(command, compare.output);
+  for (const LaterOption& option : laterCompareOptions) refuseLater(command, option);
+}
+
+void addRun(CLI::App& program, RunCommand& run) {
+  CLI::App& command = *program.add_subcommand("run", "Run a job");
+  command.add_option("JOB", run.job, "A job file, or - for standard input")->required();
+  command.add_flag("--stop-on-error", run.stopOnError, "End the job at the first command that is refused or fails");
+  addOutputOptions(command, run.output);
+}
+
+void addDescribe(CLI::App& program, DescribeCommand& describe) {
+  CLI::App& command = *program.add_subcommand("describe", "Show a dataset's dictionary and number of cases");
+  command.add_option("DATA", describe.data, "A data file")->required();
+  addOutputOptions(command, describe.output);
+}
+
+void addSort(CLI::App& program, SortCommand& sort) {
+  CLI::App& command = *program.add_subcommand("sort", "Sort a dataset");
+  command.add_option("IN", sort.input, "A data file")->required();
+  command.add_option("OUT", sort.output, "Where the sorted dataset goes")->required();
+  command.add_option("--by", sort.by, "The variables to sort by, ascending")->delimiter(',')->required();
+  addOutputOptions(command, sort.results);
+}
+
+void addLaterCommand(CLI::App& program, const std::string& name) {
+  program.add_subcommand(name)->group("")->allow_extras()->callback(
+      [name] { throw CLI::ValidationError(name, "does not work in this version yet"); });
+}
+
+// "none" is no property to compare; names are checked here, so that the job is never refused for one without a word.
+Outcome<Done> settleProperties(std::vector<std::string>& properties) {
+  static const std::vector<std::string> known = {"width", "label",   "valuelabels", "missing",   "columns",
+                                                 "align", "measure", "role",        "attributes"};
+  if (properties.size() == 1 && (properties.front() == "all" || properties.front() == "none")) {
+    if (properties.front() == "none") properties.clear();
+    return Done{};
+  }
+  for (const std::string& property : properties) {
+    if (std::find(known.begin(), known.end(), property) != known.end()) continue;
+    return Problem{fmt::format("There is no dictionary property \"{}\".", property), "--properties",
+                   fmt::format("Write all, none, or a list of {}.", fmt::join(known, ","))};
+  }
+  return Done{};
+}
+
+Outcome<Done> checkLimit(const CompareRequest& request) {
+  if (!request.limit || *request.limit == "none") return Done{};
+  const std::string& text = *request.limit;
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error == std::errc() && end == text.data() + text.size() && number >= 1 && number <= 10000) return Done{};
+  return Problem{fmt::format("\"{}\" is no limit.", text), "--limit", "Write a whole number from 1 to 10000, or none."};
+}
+
+Outcome<Done> checkTolerance(const CompareRequest& request) {
+  if (!request.tolerance || (*request.tolerance >= 0 && *request.tolerance < 1)) return Done{};
+  return Problem{"The tolerance has to be a number from 0 to below 1.", "--tolerance", ""};
+}
+
+Outcome<Done> settle(CompareRequest& request) {
+  if (auto settled = settleProperties(request.properties); !settled) return settled;
+  if (auto checked = checkLimit(request); !checked) return checked;
+  return checkTolerance(request);
+}
+
+}  // namespace
+
+Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* arguments) {
+  CLI::App program("Tells exactly how two versions of a dataset differ.", "compare-datasets");
+  program.set_version_flag("--version", fmt::format("compare-datasets {}", programVersion));
+  program.require_subcommand(1);
+  program.failure_message(CLI::FailureMessage::simple);
+  program.footer("Exit status: 0 nothing differs, 1 something differs, 2 trouble.");
+
+  ProgramOptions options;
+  CompareCommand compare;
+  RunCommand run;
+  DescribeCommand describe;
+  SortCommand sort;
+  program.add_option("--plugins", options.pluginFolders, "Another folder of plug-ins")->type_name("FOLDER");
+  addCompare(program, compare);
+  addRun(program, run);
+  addDescribe(program, describe);
+  addSort(program, sort);
+  addLaterCommand(program, "convert");
+  addLaterCommand(program, "encode-password");
+
+  try {
+    program.parse(argumentCount, arguments);
+  } catch (const CLI::CallForHelp&) {
+    options.command = ShowText{program.help()};
+    return options;
+  } catch (const CLI::CallForVersion&) {
+    options.command = ShowText{program.version() + "\n"};
+    return options;
+  } catch (const CLI::ParseError& error) {
+    return Problem{error.what(), "compare-datasets", "Try compare-datasets --help."};
+  }
+
+  if (program.got_subcommand("compare")) {
+    if (auto settled = settle(compare.request); !settled) return settled.problem();
+    options.command = compare;
+  } else if (program.got_subcommand("run")) {
+    options.command = run;
+  } else if (program.got_subcommand("describe")) {
+    options.command = describe;
+  } else {
+    options.command = sort;
+  }
+  return options;
+}
+
+}  // namespace workbench::app

@@ -1,0 +1,66 @@
+// The command line: what the program was asked to do.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "workbench/app/compare_job.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::app {
+
+// How the results are shown, and where. Shared by all commands that have results.
+struct OutputChoice {
+  std::string format;               // a name of the registry of formats; empty: by the ending of the file, else text
+  std::optional<std::string> file;  // none: standard output
+  std::string language;             // empty: from the environment
+  std::optional<std::string> journal;
+  std::optional<std::string> onlyTable;  // a table's key
+  bool noCaseTable = false;
+  bool quiet = false;  // no results on standard output, no notes and warnings
+  bool verbose = false;
+};
+
+struct CompareCommand {
+  CompareRequest request;
+  OutputChoice output;
+  bool showSyntax = false;
+};
+
+struct RunCommand {
+  std::string job;  // a file, or "-"
+  OutputChoice output;
+  bool stopOnError = false;
+};
+
+struct DescribeCommand {
+  std::string data;
+  OutputChoice output;
+};
+
+struct SortCommand {
+  std::string input;
+  std::string output;
+  std::vector<std::string> by;
+  OutputChoice results;
+};
+
+// Help, or the version: written to standard output, and nothing else is done.
+struct ShowText {
+  std::string text;
+};
+
+using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand, SortCommand, ShowText>;
+
+struct ProgramOptions {
+  std::vector<std::string> pluginFolders;  // beside the program's own
+  ProgramCommand command;
+};
+
+// What stands wrong on the command line is a problem that says what to write.
+Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* arguments);
+
+}  // namespace workbench::app

@@ -1,0 +1,120 @@
+#include "workbench/app/compare_job.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cctype>
+
+#include "workbench/data/working/handle.h"
+
+namespace workbench::app {
+
+namespace {
+
+// A name that is a plain word stands as it is (TO and ALL are keywords then); any other one in quotes.
+std::string nameInJob(const std::string& name) {
+  const auto isWordCharacter = [](unsigned char character) { return std::isalnum(character) != 0 || character == '_'; };
+  const bool isWord = !name.empty() && std::isdigit(static_cast<unsigned char>(name.front())) == 0 &&
+                      std::all_of(name.begin(), name.end(), isWordCharacter);
+  return isWord ? name : quotedInJob(name);
+}
+
+std::string namesInJob(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) {
+    if (!list.empty()) list += ' ';
+    list += nameInJob(name);
+  }
+  return list;
+}
+
+// "first TO last" is one item of the option and three words of the language.
+std::vector<std::string> wordsOfRanges(const std::vector<std::string>& items) {
+  std::vector<std::string> words;
+  for (const std::string& item : items) {
+    std::string upper = item;
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
+    const std::size_t to = upper.find(" TO ");
+    if (to == std::string::npos) {
+      words.push_back(item);
+    } else {
+      words.insert(words.end(), {item.substr(0, to), "TO", item.substr(to + 4)});
+    }
+  }
+  return words;
+}
+
+std::string openCommand(const std::string& file, const std::string& handle, const std::string& other) {
+  return fmt::format("OPEN DATA FILE={} NAME={} TYPESWITH={}.\n", quotedInJob(file), handle, quotedInJob(other));
+}
+
+std::string sortCommand(const CompareRequest& request, const std::string& more) {
+  if (request.ids.empty() || request.sort == SortChoice::never) return {};
+  return fmt::format("SORT CASES BY={}{}{}.\n", namesInJob(request.ids), more,
+                     request.sort == SortChoice::whenNeeded ? " WHEN=NEEDED" : "");
+}
+
+// A file, also where its name alone could be a dataset's handle.
+std::string fileInJob(const std::string& path) {
+  return quotedInJob(data::isWellFormedHandle(path) ? "./" + path : path);
+}
+
+std::string saveSubcommand(const CompareRequest& request) {
+  std::string save = request.noFlag ? "  /SAVE FLAGMISMATCHES=NO" : "  /SAVE FLAGMISMATCHES=YES";
+  if (request.flagName && !request.noFlag) save += fmt::format(" VARNAME={}", quotedInJob(*request.flagName));
+  if (request.matched) save += fmt::format(" MATCHDATASET=YES MATCHNAME={}", fileInJob(*request.matched));
+  if (request.mismatched) save += fmt::format(" MISMATCHDATASET=YES MISMATCHNAME={}", fileInJob(*request.mismatched));
+  return save + "\n";
+}
+
+std::string upperWords(const std::vector<std::string>& words) {
+  std::string all = fmt::format("{}", fmt::join(words, " "));
+  std::transform(all.begin(), all.end(), all.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
+  return all;
+}
+
+std::string outputSubcommand(const CompareRequest& request) {
+  std::string output = "  /OUTPUT VARPROPERTIES=";
+  output += request.properties.empty() ? "NONE" : upperWords(request.properties);
+  if (request.limit) output += fmt::format(" TABLELIMIT={}", upperWords({*request.limit}));
+  return output;
+}
+
+}  // namespace
+
+std::string quotedInJob(const std::string& text) {
+  std::string quoted = "'";
+  for (const char character : text) {
+    if (character == '\'') quoted += '\'';
+    quoted += character;
+  }
+  return quoted + "'";
+}
+
+std::string compareJob(const CompareRequest& request) {
+  std::string job;
+  if (request.tolerance) job += fmt::format("SET OPTIONS TOLERANCE={}.\n", *request.tolerance);
+  if (request.collation) job += fmt::format("SET OPTIONS COLLATION={}.\n", quotedInJob(*request.collation));
+
+  // The comparison side is sorted as the active side's variables cut the IDs.
+  job += openCommand(request.active, activeHandle, request.comparison);
+  job += openCommand(request.comparison, comparisonHandle, request.active);
+  job += sortCommand(request, fmt::format(" LIKE={}", activeHandle));
+  job += fmt::format("ACTIVATE DATASET NAME={}.\n", activeHandle);
+  job += sortCommand(request, "");
+
+  job += fmt::format("COMPARE DATASETS\n  /COMPDATASET={}\n", comparisonHandle);
+  job += fmt::format("  /VARIABLES={}\n",
+                     request.variables.empty() ? "ALL" : namesInJob(wordsOfRanges(request.variables)));
+  if (!request.ids.empty()) job += fmt::format("  /CASEID={}\n", namesInJob(request.ids));
+  job += saveSubcommand(request);
+  job += outputSubcommand(request) + ".\n";
+
+  if (request.saveActive) job += fmt::format("SAVE DATA FILE={}.\n", quotedInJob(*request.saveActive));
+  return job;
+}
+
+}  // namespace workbench::app

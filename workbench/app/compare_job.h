@@ -1,0 +1,39 @@
+// The job that `compare` writes from its options and then runs like any other.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace workbench::app {
+
+enum class SortChoice { whenNeeded, never, always };
+
+// What the command line asked for. Lists are as written, names and keywords split at commas.
+struct CompareRequest {
+  std::string active;
+  std::string comparison;
+  std::vector<std::string> ids;
+  std::vector<std::string> variables;   // empty: all
+  std::vector<std::string> properties;  // empty: none
+  std::optional<std::string> flagName;
+  bool noFlag = false;
+  std::optional<std::string> saveActive;
+  std::optional<std::string> matched;
+  std::optional<std::string> mismatched;
+  std::optional<std::string> limit;  // a number, or "none"
+  SortChoice sort = SortChoice::whenNeeded;
+  std::optional<double> tolerance;
+  std::optional<std::string> collation;
+};
+
+// The handles under which the job opens the two datasets.
+inline constexpr const char* activeHandle = "active";
+inline constexpr const char* comparisonHandle = "comparison";
+
+std::string compareJob(const CompareRequest& request);
+
+// A text as a string of the job language, in single quotes.
+std::string quotedInJob(const std::string& text);
+
+}  // namespace workbench::app

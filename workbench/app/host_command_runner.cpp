@@ -1,0 +1,238 @@
+#include "workbench/app/host_command_runner.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/parser.h"
+#include "workbench/app/dictionary_display.h"
+#include "workbench/data/output_set.h"
+#include "workbench/data/working/dataset_roles.h"
+#include "workbench/data/working/open_dataset.h"
+#include "workbench/data/working/save.h"
+#include "workbench/data/working/sort.h"
+#include "workbench/language/host_commands.h"
+#include "workbench/output/value_format.h"
+#include "workbench/runtime/current_run.h"
+#include "workbench/runtime/journal.h"
+#include "workbench/text/folding.h"
+#include "workbench/text/string_comparison.h"
+
+namespace workbench::app {
+
+namespace {
+
+using data::Dataset;
+
+// The keywords of a command as given.
+class Keywords {
+ public:
+  explicit Keywords(const SubComObj* given) : given_(given) {}
+
+  bool has(std::string_view name) const { return find(name) != nullptr; }
+  // Empty when the keyword was not given.
+  std::string text(std::string_view name) const {
+    const ParamObj* value = find(name);
+    return value == nullptr ? std::string() : value->getStringToken();
+  }
+  std::optional<std::string> textIfGiven(std::string_view name) const {
+    return has(name) ? std::optional(text(name)) : std::nullopt;
+  }
+  // Names; none for the word NONE.
+  std::vector<std::string> names(std::string_view name) const {
+    std::vector<std::string> names;
+    const ParamObj* value = find(name);
+    if (value == nullptr || value->isStringValueCase("NONE")) return names;
+    for (const TokenInfoObj& token : value->getTokenList()) names.push_back(token.getString());
+    return names;
+  }
+  // One name; nothing for the word NONE.
+  std::optional<std::string> name(std::string_view keyword) const {
+    const std::vector<std::string> all = names(keyword);
+    return all.empty() ? std::nullopt : std::optional(all.front());
+  }
+
+ private:
+  const ParamObj* find(std::string_view name) const { return given_ == nullptr ? nullptr : given_->getParamObj(name); }
+  const SubComObj* given_;
+};
+
+struct Surroundings {
+  Session& session;
+  CommandRun& run;
+  const Keywords& keywords;
+
+  // Null, after a refusal, when no dataset is active.
+  std::shared_ptr<Dataset> active() const {
+    if (session.datasets.active() == nullptr) {
+      run.refuse({text::sentence("No dataset is active."), "", text::sentence("Open one with OPEN DATA first.")});
+    }
+    return session.datasets.active();
+  }
+  template <class Value>
+  bool settle(const Outcome<Value>& outcome) const {
+    return outcome ? true : run.refuse(outcome.problem());
+  }
+};
+
+bool openData(const Surroundings& at) {
+  data::OpenOptions options;
+  options.password = at.keywords.text("PASSWORD");
+  options.typesWith = at.keywords.textIfGiven("TYPESWITH");
+  const auto dataset = data::openDataset(at.keywords.text("FILE"), options);
+  if (!dataset) return at.run.refuse(dataset.problem());
+  return at.settle(at.session.datasets.open(*dataset, at.keywords.textIfGiven("NAME")));
+}
+
+bool activateDataset(const Surroundings& at) {
+  return at.settle(at.session.datasets.activate(at.keywords.text("NAME")));
+}
+
+bool closeDataset(const Surroundings& at) { return at.settle(at.session.datasets.close(at.keywords.text("NAME"))); }
+
+bool saveData(const Surroundings& at) {
+  const auto dataset = at.active();
+  if (dataset == nullptr) return false;
+  data::OutputSet outputs(&at.session.datasets);
+  const auto saved = data::saveDataset(dataset, at.keywords.text("FILE"), at.keywords.text("PASSWORD"), outputs);
+  if (!saved) return at.run.refuse(saved.problem());
+  return at.settle(outputs.commit());
+}
+
+// A row's number, and its keys as their variables show them.
+std::string rowText(const Dataset& dataset, const std::vector<std::string>& by, const data::SortedRow& row) {
+  std::string keys;
+  for (std::size_t index = 0; index < by.size(); ++index) {
+    if (index > 0) keys += ", ";
+    const data::Dictionary& dictionary = dataset.dictionary();
+    const FormatType type = dictionary.at(dictionary.find(by[index])).format.type;
+    const auto* number = std::get_if<double>(&row.keys[index]);
+    keys += number != nullptr ? output::fullNumber(*number, type) : std::get<std::string>(row.keys[index]);
+  }
+  return fmt::format("{} ({})", row.number, keys);
+}
+
+void noteSort(const Surroundings& at, const data::SortResult& result) {
+  if (!result.reordered) return;
+  const Dataset& dataset = *at.session.datasets.active();
+  const std::vector<std::string> by = at.keywords.names("BY");
+  const auto& [earlier, later] = *result.firstOutOfOrder;
+  at.run.say(BpErrorLevel::note,
+             text::sentence(
+                 "Dataset ^1 was sorted by ^2: row ^3 stood before row ^4. Row numbers count the sorted cases.",
+                 {at.session.datasets.activeHandle().value_or(dataset.path()), fmt::format("{}", fmt::join(by, ", ")),
+                  rowText(dataset, by, earlier), rowText(dataset, by, later)}));
+}
+
+// The width to which each variable's texts are cut: that of the variable of the same name in the other dataset.
+Outcome<std::vector<std::size_t>> cutWidths(const Surroundings& at, const std::vector<std::string>& by) {
+  std::vector<std::size_t> widths(by.size(), 0);
+  if (!at.keywords.has("LIKE")) return widths;
+  const std::string handle = at.keywords.text("LIKE");
+  const auto other = at.session.datasets.find(handle);
+  if (other == nullptr) {
+    return Problem{text::sentence("The dataset does not exist."), handle, text::sentence("Open it first.")};
+  }
+  for (std::size_t index = 0; index < by.size(); ++index) {
+    const std::int32_t variable = other->dictionary().find(by[index]);
+    if (variable >= 0) widths[index] = static_cast<std::size_t>(other->dictionary().at(variable).width);
+  }
+  return widths;
+}
+
+bool sortCases(const Surroundings& at) {
+  const auto dataset = at.active();
+  if (dataset == nullptr) return false;
+  data::SortRequest request;
+  request.by = at.keywords.names("BY");
+  auto widths = cutWidths(at, request.by);
+  if (!widths) return at.run.refuse(widths.problem());
+  request.cutWidths = std::move(*widths);
+  if (text::sameName(at.keywords.text("WHEN"), "NEEDED")) request.policy = data::SortPolicy::whenNeeded;
+  const auto result = data::sortCases(*dataset, request);
+  if (!result) return at.run.refuse(result.problem());
+  noteSort(at, *result);
+  return true;
+}
+
+bool filterCases(const Surroundings& at) {
+  const auto dataset = at.active();
+  return dataset != nullptr && at.settle(data::setFilter(*dataset, at.keywords.name("BY")));
+}
+
+bool weightCases(const Surroundings& at) {
+  const auto dataset = at.active();
+  return dataset != nullptr && at.settle(data::setWeight(*dataset, at.keywords.name("BY")));
+}
+
+bool splitCases(const Surroundings& at) {
+  const auto dataset = at.active();
+  return dataset != nullptr && at.settle(data::setSplit(*dataset, at.keywords.names("BY")));
+}
+
+bool describeData(const Surroundings& at) {
+  const auto dataset = at.active();
+  if (dataset == nullptr) return false;
+  const auto described = describeDataset(*dataset, at.session.datasets.activeHandle().value_or(""));
+  return at.settle(described);
+}
+
+bool setOptions(const Surroundings& at) {
+  Settings& settings = currentRun().settings;
+  if (at.keywords.has("TOLERANCE")) {
+    const std::string written = at.keywords.text("TOLERANCE");
+    std::from_chars(written.data(), written.data() + written.size(), settings.tolerance);
+  }
+  if (at.keywords.has("COLLATION")) {
+    const std::string collation = at.keywords.text("COLLATION");
+    const std::string locale = text::sameName(collation, "binary") ? std::string() : collation;
+    if (auto checked = text::checkCollation(locale); !checked) return at.run.refuse(checked.problem());
+    settings.collation = locale;
+  }
+  return true;
+}
+
+struct CommandRow {
+  std::string_view name;
+  bool (*run)(const Surroundings& at);
+};
+constexpr auto commandRows = std::to_array<CommandRow>({
+    {"OPEN DATA", openData},
+    {"ACTIVATE DATASET", activateDataset},
+    {"CLOSE DATASET", closeDataset},
+    {"SAVE DATA", saveData},
+    {"SORT CASES", sortCases},
+    {"FILTER CASES", filterCases},
+    {"WEIGHT CASES", weightCases},
+    {"SPLIT CASES", splitCases},
+    {"DESCRIBE DATA", describeData},
+    {"SET OPTIONS", setOptions},
+});
+
+}  // namespace
+
+bool runHostCommand(Session& session, CommandRun& run) {
+  const Journal::Pause pause(journal());
+  const VRIX_TokenSequence tokens(true);
+  CommandSpec given;
+  UniversalParser parser(tokens, given, *language::hostCommand(run.command().name));
+  if (parser.getCommandSpecifications() != 0) return false;
+  const Keywords keywords(given.getSubComObj(""));
+  const Surroundings surroundings{session, run, keywords};
+  for (const CommandRow& row : commandRows) {
+    if (text::sameName(row.name, run.command().name)) {
+      try {
+        return row.run(surroundings);
+      } catch (const ErrorText& error) {
+        return run.refuse({error.GetText(), "", ""});
+      }
+    }
+  }
+  return run.refuse({"This command of the host has nothing behind it.", run.command().name, ""});
+}
+
+}  // namespace workbench::app

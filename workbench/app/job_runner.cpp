@@ -1,0 +1,58 @@
+#include "workbench/app/job_runner.h"
+
+#include <algorithm>
+
+#include "workbench/app/command_run.h"
+#include "workbench/app/host_command_runner.h"
+#include "workbench/app/procedure_runner.h"
+#include "workbench/language/host_commands.h"
+#include "workbench/language/job.h"
+
+namespace workbench::app {
+
+namespace {
+
+std::vector<std::string> knownCommands(const Session& session) {
+  std::vector<std::string> names = language::hostCommandNames();
+  const std::vector<std::string> ofPlugins = session.plugins.commands();
+  names.insert(names.end(), ofPlugins.begin(), ofPlugins.end());
+  return names;
+}
+
+void noteVerdict(Session& session, const output::Command& command, const std::optional<output::Verdict>& verdict) {
+  std::optional<output::Verdict> found = verdict;
+  if (command.outcome != output::Command::Outcome::completed) found = output::Verdict::trouble;
+  if (!found) return;
+  std::optional<output::Verdict>& total = session.document.verdict;
+  total = total ? worse(*total, *found) : *found;
+}
+
+// True when the command was completed.
+bool runCommand(Session& session, const language::JobCommand& jobCommand) {
+  using Outcome = output::Command::Outcome;
+  CommandRun run(session, jobCommand);
+  output::Command& command = run.command();
+  std::optional<output::Verdict> verdict;
+  if (jobCommand.error) {
+    command.items.emplace_back(
+        output::parserMessage(jobCommand.error->sentence, jobCommand.error->line, jobCommand.error->column));
+    command.outcome = Outcome::refused;
+  } else if (language::hostCommand(jobCommand.name) != nullptr) {
+    command.outcome = runHostCommand(session, run) ? Outcome::completed : Outcome::refused;
+  } else {
+    verdict = runProcedure(session, run);
+  }
+  noteVerdict(session, command, verdict);
+  return command.outcome == Outcome::completed;
+}
+
+}  // namespace
+
+void runJob(Session& session, std::string_view job, OnError onError) {
+  for (const language::JobCommand& command : language::readJob(job, knownCommands(session))) {
+    if (runCommand(session, command)) continue;
+    if (onError == OnError::stop || (onError == OnError::stopButForSort && command.name != "SORT CASES")) return;
+  }
+}
+
+}  // namespace workbench::app

@@ -1,0 +1,14 @@
+#include <iostream>
+
+#include "workbench/app/command_line.h"
+#include "workbench/app/program.h"
+#include "workbench/output/display_text.h"
+
+int main(int argumentCount, char** arguments) {
+  const auto options = workbench::app::readCommandLine(argumentCount, arguments);
+  if (!options) {
+    std::cerr << workbench::output::visible(options.problem().text()) << '\n';
+    return 2;
+  }
+  return workbench::app::runProgram(*options);
+}

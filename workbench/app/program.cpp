@@ -1,0 +1,162 @@
+#include "workbench/app/program.h"
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <system_error>
+
+#include "workbench/app/job_runner.h"
+#include "workbench/app/results_output.h"
+#include "workbench/app/session.h"
+#include "workbench/app/verdict.h"
+#include "workbench/output/display_text.h"
+#include "workbench/runtime/journal.h"
+#include "workbench/text/diagnostics.h"
+
+namespace workbench::app {
+
+namespace {
+
+constexpr int troubleStatus = static_cast<int>(output::Verdict::trouble);
+
+// What to run, and what follows an error.
+struct Job {
+  std::string text;
+  OnError onError = OnError::goOn;
+};
+
+Outcome<std::string> readJobFile(const std::string& path) {
+  if (path == "-") return std::string(std::istreambuf_iterator<char>(std::cin), {});
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    return Problem{text::sentence("This is a folder."), path, text::sentence("Name a job file.")};
+  }
+  std::ifstream file(path, std::ios::binary);
+  std::string content(std::istreambuf_iterator<char>(file), {});
+  if (!file) {
+    return Problem{text::sentence("The job file cannot be read."), path, text::sentence("Check its name and rights.")};
+  }
+  return content;
+}
+
+std::string namesOf(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : " ") + quotedInJob(name);
+  return list;
+}
+
+Outcome<Job> jobOf(const CompareCommand& compare) {
+  Job job{compareJob(compare.request), OnError::stopButForSort};
+  if (compare.showSyntax) std::cout << job.text << '\n';
+  return job;
+}
+
+Outcome<Job> jobOf(const RunCommand& run) {
+  auto text = readJobFile(run.job);
+  if (!text) return text.problem();
+  return Job{std::move(*text), run.stopOnError ? OnError::stop : OnError::goOn};
+}
+
+Outcome<Job> jobOf(const DescribeCommand& describe) {
+  return Job{fmt::format("OPEN DATA FILE={}.\nDESCRIBE DATA.\n", quotedInJob(describe.data)), OnError::stop};
+}
+
+Outcome<Job> jobOf(const SortCommand& sort) {
+  return Job{fmt::format("OPEN DATA FILE={}.\nSORT CASES BY={}.\nSAVE DATA FILE={}.\n", quotedInJob(sort.input),
+                         namesOf(sort.by), quotedInJob(sort.output)),
+             OnError::stop};
+}
+
+Outcome<Job> jobOf(const ShowText&) { return Job{}; }
+
+const OutputChoice& outputOf(const CompareCommand& command) { return command.output; }
+const OutputChoice& outputOf(const RunCommand& command) { return command.output; }
+const OutputChoice& outputOf(const DescribeCommand& command) { return command.output; }
+const OutputChoice& outputOf(const SortCommand& command) { return command.results; }
+const OutputChoice& outputOf(const ShowText&) {
+  static const OutputChoice none;
+  return none;
+}
+
+std::string languageFromEnvironment() {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && *value != '\0') return value;
+  }
+  return {};
+}
+
+// A language that was asked for has to be there; the environment's may be missing, and then it is English.
+Outcome<std::unique_ptr<text::Wording>> loadWording(const std::string& asked) {
+  if (!asked.empty()) return text::Wording::load(asked);
+  auto fromEnvironment = text::Wording::load(languageFromEnvironment());
+  if (fromEnvironment) return fromEnvironment;
+  return text::Wording::load("en");
+}
+
+Outcome<Done> loadPlugins(Plugins& plugins, const std::vector<std::string>& folders) {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path own = program.parent_path().parent_path() / "lib";
+  if (!error && std::filesystem::is_directory(own, error)) {
+    if (auto added = plugins.addFolder(own); !added) return added;
+  }
+  for (const std::string& folder : folders) {
+    if (auto added = plugins.addFolder(folder); !added) return added;
+  }
+  return Done{};
+}
+
+int fail(const Problem& problem) {
+  std::cerr << output::visible(problem.text()) << '\n';
+  return troubleStatus;
+}
+
+// Lines go to the file as they are written, so that a run that ends badly can be looked into.
+Outcome<Done> startJournal(const std::string& path, std::ofstream& file) {
+  file.open(path, std::ios::binary | std::ios::trunc);
+  if (!file) {
+    return Problem{text::sentence("The journal cannot be written."), path,
+                   text::sentence("Name a file in a folder that you can write to.")};
+  }
+  journal().sendTo([&file](std::string_view line) { file << line << '\n'; });
+  return Done{};
+}
+
+}  // namespace
+
+int runProgram(const ProgramOptions& options) {
+  if (const auto* show = std::get_if<ShowText>(&options.command)) {
+    std::cout << show->text;
+    return 0;
+  }
+  const OutputChoice& choice =
+      std::visit([](const auto& command) -> const OutputChoice& { return outputOf(command); }, options.command);
+
+  Session session;
+  auto wording = loadWording(choice.language);
+  if (!wording) return fail(wording.problem());
+  session.wording = std::move(*wording);
+  if (const auto loaded = loadPlugins(session.plugins, options.pluginFolders); !loaded) return fail(loaded.problem());
+  auto results = ResultsOutput::open(choice, *session.wording);
+  if (!results) return fail(results.problem());
+  std::ofstream journalFile;
+  if (choice.journal) {
+    if (const auto started = startJournal(*choice.journal, journalFile); !started) return fail(started.problem());
+  }
+  if (choice.verbose) text::diagnostics().sendToStandardError();
+
+  auto job = std::visit([](const auto& command) { return jobOf(command); }, options.command);
+  if (!job) return fail(job.problem());
+  runJob(session, job->text, job->onError);
+  journal().sendTo({});
+  (*results)->writeDiagnostics(session.document);
+  if (const auto written = (*results)->write(session.document); !written) return fail(written.problem());
+  return exitStatus(session.document.verdict);
+}
+
+}  // namespace workbench::app

@@ -60,7 +60,8 @@ void SavedOutputs::allocateBuffer() {
   } else if (mismatchedSource_ != nullptr) {
     slots = mismatchedSource_->GetCaseSize();
   }
-  buffer_.resize(slots);
+  // Where no variable is saved a case has no slot, but still a place in memory.
+  buffer_.resize(std::max<std::size_t>(slots, 1));
 }
 
 void SavedOutputs::keep(const VariablePair& pair) {

@@ -22,7 +22,7 @@ struct RunNames {
 };
 
 // False when the comparison dataset is the active one, or an output cannot be written where it should be or is named
-// like another dataset of the run. Initialises the specifications of the outputs that were asked for.
+// like another dataset of the run. Initialises the output specs that were asked for.
 bool checkNames(const CompareOptions& options, UserCaseFileSpec& matchedSpec, UserCaseFileSpec& mismatchedSpec,
                 RunNames& names);
 

@@ -12,7 +12,7 @@ namespace compdatas {
 
 class SavedOutputs {
  public:
-  // Opens what the specifications name, the matched cases first; a specification that is not valid names nothing.
+  // Opens what the output specs name, the matched cases first; a spec that is not valid names nothing.
   // Throws ErrorText. Requires: the comparer outlives this object.
   explicit SavedOutputs(DatasetComparer& comparer);
   SavedOutputs(const SavedOutputs&) = delete;

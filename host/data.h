@@ -370,7 +370,7 @@ class HOST_API UserCaseFileSpec {
 // command has ended well. Destroying it without a Close of its source abandons it.
 class HOST_API UserOutputCaseFile {
  public:
-  // Throws ErrorText when it cannot be opened. Requires: the specification is valid and outlives this object.
+  // Throws ErrorText when it cannot be opened. Requires: the spec is valid and outlives this object.
   explicit UserOutputCaseFile(const UserCaseFileSpec& spec);
   UserOutputCaseFile(const UserOutputCaseFile&) = delete;
   UserOutputCaseFile& operator=(const UserOutputCaseFile&) = delete;

@@ -51,7 +51,7 @@ class CompareOptions {
   CompareOptions& operator=(const CompareOptions&) = delete;
   ~CompareOptions();
 
-  // The specification is initialised in place, so this one is a reference to the stored object.
+  // The spec is initialised in place, so this one is a reference to the stored object.
   UserCaseFileSpec& compDataset() { return record_->compDataset; }
   const UserCaseFileSpec& compDataset() const { return record_->compDataset; }
 

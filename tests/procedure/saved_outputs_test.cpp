@@ -1,5 +1,6 @@
 // The saved cases: which variables and cases are saved, in which order all is made and released, and what is noted.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -48,7 +49,7 @@ std::string contentOf(const std::filesystem::path& file) {
 class Folder {
  public:
   explicit Folder(const std::string& name)
-      : path_(std::filesystem::temp_directory_path() / ("compare-datasets-" + name)) {
+      : path_(std::filesystem::temp_directory_path() / ("compare-datasets-" + name + std::to_string(::getpid()))) {
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
   }

@@ -1,5 +1,6 @@
 // Walks that fail: what is reported, what is left of the output, what has already been done.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -195,7 +196,8 @@ TEST(AFailedWalk, EndsAtOnceWhenTheFirstOutputCannotBeOpened) {
 }
 
 TEST(AFailedWalk, RefusesTwoFilesThatAreOneWhenTheSecondIsOpened) {
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "compare-datasets-walk-failures";
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("compare-datasets-walk-failures" + std::to_string(::getpid()));
   std::filesystem::remove_all(folder);
   std::filesystem::create_directories(folder / "real");
   std::filesystem::create_directory_symlink(folder / "real", folder / "link");

@@ -210,7 +210,7 @@ TEST(Variables, WithoutAListAreAcceptedAndEmpty) {
   EXPECT_EQ(calls(parsed, {"ValidateVariables"}), "");
 }
 
-TEST(CaseId, IsValidatedByASpecificationOfItsOwnInTheUsersOrder) {
+TEST(CaseId, HasAValidationOfItsOwnAndTheUsersOrder) {
   const ParsedCommand parsed("/COMPDATASET=b /VARIABLES=ALL /CASEID=z x");
   EXPECT_TRUE(parsed.accepted());
   EXPECT_EQ(parsed.options().caseIdVariables(), (Indexes{2, 0}));

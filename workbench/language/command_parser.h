@@ -21,7 +21,7 @@ class CommandParser {
  public:
   CommandParser(const std::vector<TokenInfoObj>& tokens, const CommandDescriptor::State& grammar);
 
-  // Fills the specification. False when an error was reported.
+  // Fills what was given. False when an error was reported.
   bool parse(CommandSpec::State& spec);
 
  private:

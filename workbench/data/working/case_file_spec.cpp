@@ -1,7 +1,5 @@
 #include "workbench/data/working/case_file_spec.h"
 
-#include <exception>
-
 #include "host/datasets.h"
 #include "workbench/data/files/file_kind.h"
 #include "workbench/data/working/file_place.h"
@@ -21,7 +19,7 @@ Outcome<Done> checkDatasetIsOpen(std::string_view handle) {
   bool isOpen = false;
   try {
     isOpen = datasets != nullptr && datasets->GetDataSet(handle).IsValid();
-  } catch (const std::exception&) {
+  } catch (...) {
     return Done{};  // a look-up that fails says nothing about the dataset; whoever opens it will meet the failure
   }
   if (isOpen) return Done{};

@@ -162,8 +162,9 @@ void OutputSource::checkStage(Stage wanted) const {
 }
 
 void OutputSource::keep(const OBS* slots) {
+  const OBS nothing{};  // without variables a case has no slot that could be read
   try {
-    keeper_->add(slots, 1, std::max<std::size_t>(caseSlots_, 1));
+    keeper_->add(caseSlots_ == 0 ? &nothing : slots, 1, std::max<std::size_t>(caseSlots_, 1));
   } catch (const std::bad_alloc&) {
     refuse("There is not enough memory to keep the dataset ^1; save the cases to a data file instead.", {spec_.name});
   }

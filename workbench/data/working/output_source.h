@@ -23,7 +23,7 @@ namespace workbench::data {
 
 class OutputSource final : public VRIX_DataSource, public VariableEditor, public HandedOut {
  public:
-  // Requires: the specification is one for output; the output was announced for it.
+  // Requires: the spec is one for output; the output was announced for it.
   OutputSource(CaseFileSpec spec, std::shared_ptr<OutputSet::Output> output);
   ~OutputSource() override;
 

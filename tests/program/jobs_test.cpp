@@ -1,6 +1,8 @@
 // Whole jobs: what they print, what they write, and how they end.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/program/program_run.h"
 
 namespace workbench::tests {
@@ -40,6 +42,21 @@ TEST(Compare, SavesMatchedAndMismatchedCasesAndTheFlaggedDataset) {
   EXPECT_EQ(entries.folder.read("n.csv"), "id,name,x\n2,bob,2.5\n5,eve,5\n");
   EXPECT_EQ(entries.folder.read("s.csv"), "id,name,x,CasesCompare\n1,ann,1.5,0\n2,bob,2.5,1\n3,cy,3.5,-1\n5,eve,5,1\n");
   EXPECT_EQ(entries.folder.names(), "a.csv b.csv m.csv n.csv s.csv");
+}
+
+TEST(Compare, NamesTheDatasetThatLacksACaseIdAndLetsTheComparisonSayTheRest) {
+  const ProgramFolder folder;
+  folder.write("a.csv", "id,x,only\n1,2,3\n");
+  folder.write("b.csv", "id,x\n1,2\n");
+  const ProgramResult result = folder.run({"compare", "a.csv", "b.csv", "--id", "only"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("comparison: The dataset has no variable only."), std::string::npos) << result.err;
+  std::string oneLine = result.err;
+  std::replace(oneLine.begin(), oneLine.end(), '\n', ' ');
+  EXPECT_NE(oneLine.find("The comparison cannot be performed because the case ID variables do not match in the two "
+                         "datasets."),
+            std::string::npos)
+      << result.err;
 }
 
 TEST(Compare, PrintsTheJobThatItRuns) {

@@ -103,6 +103,11 @@ bool saveData(const Surroundings& at) {
   return at.settle(outputs.commit());
 }
 
+// The active dataset's handle, or its file where it has none. Requires: a dataset is active.
+std::string nameOfActive(const Surroundings& at) {
+  return at.session.datasets.activeHandle().value_or(at.session.datasets.active()->path());
+}
+
 // A row's number, and its keys as their variables show them.
 std::string rowText(const Dataset& dataset, const std::vector<std::string>& by, const data::SortedRow& row) {
   std::string keys;
@@ -121,11 +126,11 @@ void noteSort(const Surroundings& at, const data::SortResult& result) {
   const Dataset& dataset = *at.session.datasets.active();
   const std::vector<std::string> by = at.keywords.names("BY");
   const auto& [earlier, later] = *result.firstOutOfOrder;
-  at.run.say(BpErrorLevel::note,
-             text::sentence(
-                 "Dataset ^1 was sorted by ^2: row ^3 stood before row ^4. Row numbers count the sorted cases.",
-                 {at.session.datasets.activeHandle().value_or(dataset.path()), fmt::format("{}", fmt::join(by, ", ")),
-                  rowText(dataset, by, earlier), rowText(dataset, by, later)}));
+  at.run.say(
+      BpErrorLevel::note,
+      text::sentence("Dataset ^1 was sorted by ^2: row ^3 stood before row ^4. Row numbers count the sorted cases.",
+                     {nameOfActive(at), fmt::format("{}", fmt::join(by, ", ")), rowText(dataset, by, earlier),
+                      rowText(dataset, by, later)}));
 }
 
 // The width to which each variable's texts are cut: that of the variable of the same name in the other dataset.
@@ -154,7 +159,11 @@ bool sortCases(const Surroundings& at) {
   request.cutWidths = std::move(*widths);
   if (text::sameName(at.keywords.text("WHEN"), "NEEDED")) request.policy = data::SortPolicy::whenNeeded;
   const auto result = data::sortCases(*dataset, request);
-  if (!result) return at.run.refuse(result.problem());
+  if (!result) {
+    Problem problem = result.problem();
+    problem.where = nameOfActive(at);
+    return at.run.refuse(problem);
+  }
   noteSort(at, *result);
   return true;
 }

@@ -233,7 +233,7 @@ TEST(CsvWriting, SaysWhyAFileCannotBeCreated) {
   EXPECT_EQ(creationProblem(folder, "a.csv", dictionary, "secret"),
             "a.csv: A file of this kind cannot be protected by a password. Leave the password out.");
   EXPECT_EQ(creationProblem(folder, "a.csv", Dictionary()),
-            "a.csv: A dataset without variables cannot be written as text.");
+            "a.csv: A dataset without variables cannot be written as text. Save one that has a variable, or none.");
 }
 
 }  // namespace

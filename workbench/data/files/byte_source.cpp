@@ -33,7 +33,9 @@ class PlainSource final : public ByteSource {
         position_ += bytes;
         return static_cast<std::size_t>(bytes);
       }
-      if (errno != EINTR) return Problem{fmt::format("The file cannot be read ({}).", std::strerror(errno)), "", ""};
+      if (errno == EINTR) continue;
+      return Problem{fmt::format("The file cannot be read ({}).", std::strerror(errno)), "",
+                     "Check the disk that it is on, or copy it to another place."};
     }
   }
 

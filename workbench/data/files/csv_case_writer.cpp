@@ -157,7 +157,9 @@ class CsvCaseWriter final : public CaseWriter {
 
 Outcome<std::unique_ptr<CaseWriter>> createCsvFile(const std::string& path, const FileKind& kind,
                                                    const Dictionary& dictionary) {
-  if (dictionary.size() == 0) return Problem{"A dataset without variables cannot be written as text.", path, ""};
+  if (dictionary.size() == 0)
+    return Problem{"A dataset without variables cannot be written as text.", path,
+                   "Save one that has a variable, or none."};
   Outcome<std::unique_ptr<ByteSink>> sink = ByteSink::create(path, kind.packing);
   if (!sink) return sink.problem();
   return std::unique_ptr<CaseWriter>(

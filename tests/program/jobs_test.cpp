@@ -125,6 +125,18 @@ TEST(Job, ACommandThatIsRefusedDoesNotStopItUnlessAsked) {
             "completed completed completed refused");
 }
 
+TEST(Job, SaysSoWhenAProcedureEndsWithoutAResultAndWithoutAReason) {
+  const TwoEntries entries;
+  // The procedure refuses this list without a word.
+  const auto results =
+      entries.job("COMPARE DATASETS /COMPDATASET=second /VARIABLES=ALL /OUTPUT VARPROPERTIES=LABEL ALL.\n");
+  EXPECT_EQ(outcomesOf(results), "completed completed completed refused");
+  EXPECT_EQ(results["verdict"], "trouble");
+  EXPECT_NE(results["commands"][3].dump().find("COMPARE DATASETS ended without a result and without a reason."),
+            std::string::npos)
+      << results["commands"][3].dump();
+}
+
 TEST(Job, PutsTheOutputsOfAFailedCommandNowhere) {
   const TwoEntries entries;
   entries.folder.write("c.csv", "id,name,x\n9,zed,1\n1,ann,1\n");

@@ -51,6 +51,12 @@ TEST(DictionaryTable, HasARowForEveryComparedVariableAlsoWhereAllAgrees) {
                 "<y>|CD_AttributeColumns = \"\"\n");
 }
 
+TEST(DictionaryTable, NamesItsRowsByTheActiveVariables) {
+  EXPECT_EQ(cellsWith("LABEL", dataset().numeric("Age", {1}),
+                      dataset().numeric("AGE", {1}, [](data::Variable& age) { age.label = "Age"; })),
+            "<Age>|CD_AttributeLabel = " + two + "{\"\"|\"Age\"}\n");
+}
+
 TEST(DictionaryTable, ShowsBothValuesOfEveryPropertyThatDiffers) {
   const auto left = [](data::Variable& x) {
     x.format = {FormatType::number, 8, 2};

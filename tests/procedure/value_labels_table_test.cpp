@@ -89,6 +89,14 @@ TEST(ValueLabelsTable, ListsTextsInTheOrderOfTheirBytes) {
             "<t>|t:\"\xc3\xa9\"|CD_Mismatched = CD_Mismatch\n");
 }
 
+TEST(ValueLabelsTable, ShowsVariablesAndValuesUnderTheActiveVariable) {
+  ProcedureRun run(dataset().numeric("X", {1}).text("T", 1, {"a"}),
+                   dataset().numeric("x", {1}, numbers({{1, "one"}})).text("t", 1, {"a"}, texts({{"a", "A"}})));
+  run.run(all);
+  EXPECT_EQ(shapeOf(run.table(keys::valueLabels)).substr(0, 72),
+            "CD_Variable 2 (0,2,false,false) <X> <T>\nCD_Value 2 (unplaced) X:1 T:\"a\"\n");
+}
+
 TEST(ValueLabelsTable, MarksEveryValueOfAVariableThatHasLabelsOnOneSideOnly) {
   ProcedureRun run(dataset().numeric("x", {1}), dataset().numeric("x", {1}, numbers({{1, "one"}, {2, "two"}})));
   run.run(all);

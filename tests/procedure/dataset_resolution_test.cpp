@@ -190,6 +190,11 @@ TEST_F(Resolution, RefusesOneDataFileForBothOutputs) {
             -1);
 }
 
+TEST_F(Resolution, RefusesOneDataFileForBothOutputsWhicheverIsWrittenTheLongerWay) {
+  save("MATCHDATASET=YES MATCHNAME=" + quoted("./o.csv") + " MISMATCHDATASET=YES MISMATCHNAME=" + quoted("o.csv"));
+  expectRefusedWith(sameOutputs);
+}
+
 TEST_F(Resolution, AcceptsDataFilesForTheOutputsWhosePathsDifferOnlyInCase) {
   save("MATCHDATASET=YES MATCHNAME=" + quoted("o.csv") + " MISMATCHDATASET=YES MISMATCHNAME=" + quoted("O.csv"));
   EXPECT_EQ(run_.outcome(), "completed");

@@ -122,6 +122,19 @@ TEST(ValueLabelsTable, ListsVariableByVariableThoseThatDifferOnly) {
   EXPECT_EQ(run.table(keys::valueLabels, 1), nullptr);  // it is written once
 }
 
+TEST(ValueLabelsTable, ListsVariablesAndTheirValuesAsTheActiveDatasetHasThem) {
+  ProcedureRun run(dataset().numeric("Age", {1}).text("Kind", 2, {"a"}),
+                   dataset().numeric("AGE", {1}, numbers({{1, "one"}})).text("KIND", 2, {"a"}, texts({{"a", "A"}})));
+  run.run(all);
+  EXPECT_EQ(cellsOf(run.table(keys::valueLabels)),
+            "<Age>|Age:1|CD_Active = \".\"\n"
+            "<Age>|Age:1|CD_Comparison = \"one\"\n"
+            "<Age>|Age:1|CD_Mismatched = CD_Mismatch\n"
+            "<Kind>|Kind:\"a\"|CD_Active = \".\"\n"
+            "<Kind>|Kind:\"a\"|CD_Comparison = \"A\"\n"
+            "<Kind>|Kind:\"a\"|CD_Mismatched = CD_Mismatch\n");
+}
+
 TEST(ValueLabelsTable, ShowsTheLabelsOfOneValueUnderEachVariableThatHasIt) {
   ProcedureRun run(dataset().numeric("x", {1}, numbers({{1, "a"}})).numeric("y", {1}, numbers({{1, "b"}})),
                    dataset().numeric("x", {1}).numeric("y", {1}));

@@ -154,6 +154,17 @@ TEST(Job, NeverWritesOverAFileThatDataAreReadFrom) {
   EXPECT_EQ(entries.folder.read("b.csv"), before);
 }
 
+TEST(Job, LetsGoOfTheFileOfAClosedDatasetThatARefusedComparisonLeftOpen) {
+  const TwoEntries entries;
+  entries.folder.write("b.csv", "id,x\n1,1.5\n");
+  const auto results = entries.job(
+      "COMPARE DATASETS /COMPDATASET=second /VARIABLES=x /CASEID=name /SAVE FLAGMISMATCHES=NO.\n"
+      "CLOSE DATASET NAME=second.\n"
+      "SAVE DATA FILE='b.csv'.\n");
+  EXPECT_EQ(outcomesOf(results), "completed completed completed refused completed completed");
+  EXPECT_EQ(entries.folder.read("b.csv"), entries.folder.read("a.csv"));
+}
+
 TEST(Job, HidesPasswordsInWhatItShows) {
   const TwoEntries entries;
   const auto results = entries.job("OPEN DATA FILE='a.csv' PASSWORD='open sesame'.\n");

@@ -40,7 +40,7 @@ Words anyVariableList(const Dataset& dataset) {
 
 Words anyCaseIds(const Dataset& dataset) {
   Words ids = anyNames(dataset);
-  if (ids.size() > 3) ids.resize(3);
+  if (ids.size() > 4) ids.resize(4);
   if (oneIn(30)) ids.push_back({"unknown"});
   if (oneIn(40)) ids = {{"all"}};
   return ids;

@@ -17,8 +17,10 @@ const std::vector<std::string>& variableNames() {
 }
 
 const std::vector<std::string>& someTexts() {
-  static const std::vector<std::string> texts = {"",  "a", "b",  "ab",     "abc",    "abcdefghi",
-                                                 "A", "Z", " a", "\u00e9", "\u00e4", "abcdefghz"};
+  // Among them bytes that lie below a blank, NUL too, and above all letters.
+  static const std::vector<std::string> texts = {"",      "a",    "b",         "ab",      "abc",    "abcdefghi",
+                                                 "A",     "Z",    " a",        "\u00e9",  "\u00e4", "abcdefghz",
+                                                 "a\x01", "\x01", {"a\0b", 3}, {"a\0", 2}};
   return texts;
 }
 
@@ -41,7 +43,8 @@ double anyNumber() {
                                               1e300,
                                               -1e300,
                                               5e-324,
-                                              std::nextafter(-DBL_MAX, 0)};
+                                              std::nextafter(-DBL_MAX, 0),
+                                              DBL_MAX};
   return anyOf(numbers);
 }
 

@@ -19,13 +19,15 @@ Dataset throughFile(const Dataset& dataset, const std::string& path) {
   return fromHost(*openFile(path));
 }
 
-// A data file takes only such dates and times as can be shown, while any number can be written plainly; and no text
-// that was cut in the middle of a character.
+bool isUnwritable(char byte) { return byte < ' ' || static_cast<unsigned char>(byte) >= 0x80; }
+
+// A data file takes only such dates and times as can be shown, while any number can be written plainly; and no control
+// characters, nor texts that were cut in the middle of a character.
 void makeWritable(Dataset& dataset) {
   for (Case& one : dataset.cases) {
     for (Value& value : one) {
       if (auto* text = std::get_if<std::string>(&value)) {
-        std::replace_if(text->begin(), text->end(), [](char byte) { return (byte & 0x80) != 0; }, 'e');
+        std::replace_if(text->begin(), text->end(), isUnwritable, 'e');
       }
     }
   }

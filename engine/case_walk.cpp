@@ -86,7 +86,7 @@ class CaseWalk {
     comparer_.casesAllMatch = false;
     comparer_.caseSteps = 0;
     comparer_.casesCompared = 0;
-    for (CaseReader& reader : comparer_.readers) reader.casesRead = 0;
+    for (CaseReader& reader : comparer_.readers) reader.casesRead = reader.matchedCases = reader.mismatchedCases = 0;
     readActive();
     readCompared();
     comparer_.unpairedTail = 0;

@@ -56,6 +56,36 @@ TEST(DatasetComparerObject, LooksTheFlagVariableUpByItsName) {
   EXPECT_EQ(unknown.comparer().flagVarIndex, -1);
 }
 
+TEST(DatasetComparerObject, RefersToWhatItIsGivenAndKeepsTheFlagVariablesNameItself) {
+  EngineRun run(cases({1}, {1}), cases({1}, {1}));
+  const UserCaseFileSpec matched;
+  const UserCaseFileSpec mismatched;
+  std::string name = "x";
+  const DatasetComparer comparer(run.options, run.procedure(), run.activeSource(), &run.compareSource(), name, matched,
+                                 mismatched);
+  name = "changed";
+  EXPECT_EQ(comparer.flagVarName, "x");
+  EXPECT_EQ(&comparer.options, &run.options);
+  EXPECT_EQ(&comparer.procedure, &run.procedure());
+  EXPECT_EQ(&comparer.activeSource, &run.activeSource());
+  EXPECT_EQ(comparer.compareSource, &run.compareSource());
+  EXPECT_EQ(&comparer.matchedSpec, &matched);
+  EXPECT_EQ(&comparer.mismatchedSpec, &mismatched);
+}
+
+TEST(WalkCounters, StartAtZeroWithEveryWalk) {
+  EngineRun run(cases({1, 2, 3}, {1, 1, 1}), cases({1, 2}, {1, 2}));
+  DatasetComparer& comparer = run.compare({"x"}).comparer();
+  comparer.casesCompared = comparer.caseSteps = comparer.unpairedTail = 50;
+  comparer.casesAllMatch = true;
+  for (compdatas::CaseReader& reader : comparer.readers) {
+    reader.casesRead = reader.matchedCases = reader.mismatchedCases = 50;
+  }
+  ASSERT_TRUE(run.walk());
+  EXPECT_EQ(counters(comparer), "2 3 1 | 3 1 1 | 2 1 1");
+  EXPECT_FALSE(comparer.casesAllMatch);
+}
+
 TEST(WalkCounters, CountAStepForEveryPairAndEveryCaseWithoutPartner) {
   EngineRun run(cases({1, 2, 4, 6, 7}, {1, 1, 1, 1, 1}), cases({1, 3, 4, 5}, {1, 1, 2, 1}));
   ASSERT_TRUE(run.compare({"x"}).pairBy({"id"}).walk());

@@ -39,6 +39,9 @@ class EngineRun {
   // Every stage up to the walk; whether all went well.
   bool walk();
 
+  BpProcedure& procedure() { return *procedure_; }
+  // All that has been issued.
+  const output::Command& command() const { return command_; }
   // Every message on a line: "2/3 The text as it was passed".
   std::string messages() const;
 

@@ -1,7 +1,10 @@
 #include "tests/output/fakes.h"
 
+#include <sstream>
 #include <utility>
 
+#include "tests/results/results_schema.h"
+#include "workbench/output/json_writer.h"
 #include "workbench/runtime/current_run.h"
 
 namespace workbench::output {
@@ -62,7 +65,10 @@ RunningCommand::RunningCommand(std::string name) : command_(std::make_unique<Com
   currentRun().command = command_.get();
 }
 
-RunningCommand::~RunningCommand() { currentRun().command = nullptr; }
+RunningCommand::~RunningCommand() {
+  currentRun().command = nullptr;
+  if (command_ != nullptr) intoDocument();
+}
 
 const Table& RunningCommand::table(std::size_t item) const {
   return *std::get<std::unique_ptr<Table>>(command_->items.at(item));
@@ -71,6 +77,10 @@ const Table& RunningCommand::table(std::size_t item) const {
 Document RunningCommand::intoDocument() {
   Document document;
   document.commands.push_back(std::move(command_));
+  if (document.commands.front()->outcome != Command::Outcome::completed) document.verdict = Verdict::trouble;
+  std::ostringstream written;
+  writeJson(written, document, english());
+  tests::expectValidResults(written.str());
   return document;
 }
 

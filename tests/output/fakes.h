@@ -51,7 +51,7 @@ class FakeVariable final : public VRIX_Variable {
   DatasourceAttributes attributes_;
 };
 
-// While one lives, its command is the one that runs.
+// While one lives, its command is the one that runs. When it ends, what was issued has to be a valid results document.
 class RunningCommand {
  public:
   explicit RunningCommand(std::string name = "TEST");
@@ -63,7 +63,7 @@ class RunningCommand {
   Command* operator->() { return command_.get(); }
   // The table that was opened as the n-th item. Requires: it is a table.
   const Table& table(std::size_t item = 0) const;
-  // A document of this command alone.
+  // A document of this command alone; fails the test when it is not valid as JSON.
   Document intoDocument();
 
  private:

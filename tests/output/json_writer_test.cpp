@@ -7,10 +7,12 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <sstream>
 
 #include "host/messages.h"
 #include "tests/output/fakes.h"
+#include "tests/results/results_schema.h"
 #include "tests/text/any_text.h"
 #include "workbench/output/text_access.h"
 
@@ -24,6 +26,7 @@ std::string jsonOf(const BpCellText& text) { return jsonText(textOf(text), engli
 std::string documentOf(const Document& document) {
   std::ostringstream out;
   writeJson(out, document, english());
+  tests::expectValidResults(out.str());
   return out.str();
 }
 
@@ -224,6 +227,36 @@ TEST(JsonWriter, WritesExtremeNumbersThatReadBackBitByBit) {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(value)) << value;
   }
   EXPECT_EQ(jsonNumber(std::numeric_limits<double>::infinity()), nullptr);
+}
+
+// A text of any kind over any number there is, the system-missing one and those that JSON has no words for included.
+std::unique_ptr<BpCellText> anyCellText() {
+  const double number = *rc::gen::oneOf(rc::gen::element(-DBL_MAX, HUGE_VAL, -HUGE_VAL, std::nan(""), -std::nan("")),
+                                        rc::gen::map(rc::gen::arbitrary<std::uint64_t>(),
+                                                     [](std::uint64_t bits) { return std::bit_cast<double>(bits); }));
+  const FormatTypeRow row = formatTypeRows[*rc::gen::inRange<std::size_t>(0, std::size(formatTypeRows))];
+  FakeVariable variable(*text::anyText());
+  variable.labelled(*text::anyText()).formatted(row.type, *rc::gen::inRange(1, 40), *rc::gen::inRange(0, 16));
+  variable.valueLabel(number, *text::anyText());
+  switch (*rc::gen::inRange(0, 5)) {
+    case 0:
+      return count(number).Replicate();
+    case 1:
+      return percent(number).Replicate();
+    case 2:
+      return BpVariable(variable, *rc::gen::element(BpVariableShow::name, BpVariableShow::labelElseName)).Replicate();
+    case 3:
+      return BpDataValue(variable, *text::anyText(), BpValueShow::inPrintFormat).Replicate();
+    default:
+      return BpDataValue(variable, number, BpValueShow::inPrintFormat).Replicate();
+  }
+}
+
+RC_GTEST_PROP(JsonWriter, KeepsTheFormatWhateverIsShown, ()) {
+  RunningCommand command;
+  BpError(both(*anyCellText(), *anyCellText()), BpErrorShow::results, BpErrorLevel::note);
+  AddNotesWithGroup(BpNoteKind::savedFile, *anyCellText(), *anyCellText(), *anyCellText());
+  documentOf(command.intoDocument());
 }
 
 RC_GTEST_PROP(JsonWriter, IsValidWhateverTheTexts, ()) {

@@ -75,6 +75,17 @@ TEST(CaseOrder, ReportsOnlyTheActiveDatasetWhenBothGoDownAtOnce) {
   EXPECT_EQ(walked(numbers({1, 3, 2}), numbers({1, 3, 2}), "id"), activeUnsorted);
 }
 
+TEST(CaseOrder, ReportsTheDatasetThatGoesDownWhereTheOtherOneEnds) {
+  EXPECT_EQ(walked(numbers({1, 3, 2}), numbers({1, 3}), "id"), activeUnsorted);
+  EXPECT_EQ(walked(numbers({1, 3}), numbers({1, 3, 2}), "id"), comparedUnsorted);
+}
+
+TEST(CaseOrder, IsCheckedNoFurtherOnceOneDatasetWentDown) {
+  // What lies behind in the other one would go down as well.
+  EXPECT_EQ(walked(numbers({1, 3, 2}), numbers({1, 5, 4}), "id"), activeUnsorted);
+  EXPECT_EQ(walked(numbers({1, 5, 4}), numbers({1, 3, 2}), "id"), comparedUnsorted);
+}
+
 TEST(CaseOrder, IsCheckedAmongTheCasesLeftOver) {
   EXPECT_EQ(walked(numbers({1, 3, 2}), numbers({1}), "id"), activeUnsorted);
   EXPECT_EQ(walked(numbers({1}), numbers({1, 3, 2}), "id"), comparedUnsorted);

@@ -152,6 +152,15 @@ TEST(CaseWalk, WritesNothingIntoTheActiveDatasetWithoutAFlagVariable) {
   EXPECT_EQ(run.notes(), "");
 }
 
+TEST(CaseWalk, NotesTheFlagVariableByItsNameAsItStands) {
+  ProcedureRun run(dataset().numeric("x", {1}), dataset().numeric("x", {1}));
+  run.run(byPosition + " /SAVE VARNAME=CD_Matched");
+  EXPECT_EQ(
+      run.journalLines({"AddNotesWithGroup("}),
+      (std::vector<std::string>{
+          "AddNotesWithGroup(3, BpString(\"\", false), BpString(\"\", false), BpString(\"CD_Matched\", false))"}));
+}
+
 TEST(CaseWalk, NeverWritesAFlagVariableThatIsTheFirstVariable) {
   const DatasetBuilder active = dataset().numeric("spare", {7, 7, 7, 7}).numeric("x", {1, 2, 3, 4});
   const DatasetBuilder compared = dataset().numeric("x", {1, 5, 3});

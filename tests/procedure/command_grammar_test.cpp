@@ -92,6 +92,15 @@ TEST(CommandGrammar, HasFiveSubcommandsWithSaveAddedBeforeAndAfterItLearnsEncryp
                                    "addSubComDescriptor(SubComDescriptor#5)"}));
 }
 
+TEST(CommandGrammar, IsBuiltBetweenTheEmptySpecificationAndTheParser) {
+  ProcedureRun run(cases(), cases());
+  run.run("/COMPDATASET=b /VARIABLES=ALL");
+  EXPECT_EQ(run.missingInOrder({"CommandSpec#1 = ", "SubComDescriptor(\"COMPDATASET\"",
+                                "CommandDescriptor#1.addSubComDescriptor(SubComDescriptor#5)", "UniversalParser#1 = ",
+                                "ParserMessage#1 = ", "getCommandSpecifications() -> 0", "getSubComObj("}),
+            "");
+}
+
 TEST(CommandGrammar, IsParsedUnderTheCommandsNameAsNameAndTitle) {
   ProcedureRun run(cases(), cases());
   run.run("/COMPDATASET=b /VARIABLES=ALL");

@@ -81,6 +81,28 @@ TEST(ComparisonSummary, NamesTheDataFilesAndLeavesTheHandleOfAComparisonFileEmpt
   EXPECT_EQ(exact(*cellText(run, "CD_Data_File", 1)), "\"" + file + "\"");  // text as it stands
 }
 
+TEST(ComparisonSummary, NamesTheFileOfAnActiveDatasetThatCameFromOne) {
+  const TemporaryFolder folder;
+  const auto file = data::openDataFile(folder.write("a.csv", "x,y,z\n1,1,1\n"), {});
+  ASSERT_TRUE(file);
+  ProcedureRun run(cases(), cases());
+  ASSERT_TRUE(run.manager().open(std::make_shared<data::Dataset>(*file), "a"));
+  run.run("/COMPDATASET=b /VARIABLES=ALL");
+  EXPECT_EQ(run.cell(summary, {"CD_Data_File", "CD_Active"}), folder.file("a.csv"));
+  EXPECT_EQ(run.cell(summary, {"CD_Data_File", "CD_Comparison"}), "");
+  EXPECT_EQ(run.cell(summary, {"CD_Dataset", "CD_Active"}), "a");
+}
+
+TEST(ComparisonSummary, LeavesFilterWeightAndSplitOfTheComparisonDatasetAsTheyAre) {
+  ProcedureRun run(cases(), withRoles(1, 0, {2, 0}));
+  run.run("/COMPDATASET=b /VARIABLES=ALL /SAVE MATCHDATASET=YES MATCHNAME=m");
+  EXPECT_EQ(run.outcome(), "completed");
+  const data::Dictionary& compared = run.manager().find("b")->dictionary();
+  EXPECT_EQ(compared.filter, 1);
+  EXPECT_EQ(compared.weight, 0);
+  EXPECT_EQ(compared.split, (std::vector<std::int32_t>{2, 0}));
+}
+
 TEST(ComparisonSummary, HasNoCellForTheHandleOfAnActiveDatasetThatIsNotManaged) {
   ProcedureRun run;
   ASSERT_TRUE(run.manager().open(cases().build(), "b"));

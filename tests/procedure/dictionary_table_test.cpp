@@ -184,6 +184,17 @@ TEST(DictionaryTable, HasNoColumnForAttributesThatWereNotSelected) {
   EXPECT_EQ(run.categories(keys::dictionary, 1), "CD_AttributeLabel");
 }
 
+TEST(DictionaryTable, IsOpenedWithoutAColumnOrRowWhenNothingIsExamined) {
+  // No variable was named, so none differs; but none agrees either, and that is what keeps the table away.
+  ProcedureRun run(dataset().numeric("x", {1}), dataset().numeric("x", {1}));
+  run.run("/COMPDATASET=b /VARIABLES /OUTPUT VARPROPERTIES=ALL");
+  EXPECT_EQ(run.outcome(), "completed");
+  EXPECT_EQ(shapeOf(run.table(keys::dictionary)),
+            "CD_Variable 2 (0,1,false,false)\nCD_Attributes 2 (1,1,false,false)\n");
+  EXPECT_EQ(run.table(keys::valueLabels), nullptr);
+  EXPECT_EQ(run.messages(), "4/1 All values in the tw...\n");
+}
+
 TEST(DictionaryTable, HasNoRowForTheFlagVariable) {
   ProcedureRun run(dataset().numeric("x", {1}), dataset().numeric("x", {1}, [](data::Variable& x) { x.label = "X"; }));
   EXPECT_EQ(run.run(all + "ALL").categories(keys::dictionary, 0), "x");

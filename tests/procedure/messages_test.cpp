@@ -29,6 +29,7 @@ TEST_P(EveryRefusal, IsReportedOnceWithItsCodesAndEndsTheCommandWithoutATable) {
   EXPECT_EQ(run.tables(), "");
   EXPECT_EQ(run.notes(), "");
   EXPECT_EQ(run.values("CasesCompare"), refusal.madeFlagVariable ? ". ." : "no variable");
+  for (const std::string& line : run.journalLines({" = BpString("})) EXPECT_TRUE(line.ends_with(", true)")) << line;
 }
 
 const std::string sameDataset =

@@ -5,14 +5,18 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <sstream>
 #include <stdexcept>
 
 #include "host/messages.h"
+#include "tests/results/results_schema.h"
 #include "workbench/app/plugin_loader.h"
+#include "workbench/app/verdict.h"
 #include "workbench/data/output_set.h"
 #include "workbench/data/working/active_source.h"
 #include "workbench/data/working/handed_out.h"
 #include "workbench/language/tokens.h"
+#include "workbench/output/json_writer.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/wording.h"
@@ -121,7 +125,22 @@ ProcedureRun& ProcedureRun::run(const std::string& subcommands) {
     outcome_ = "not committed: " + committed.problem().text();
   }
   current = CurrentRun();
+  expectValidDocument();
   return *this;
+}
+
+void ProcedureRun::expectValidDocument() {
+  using Outcome = output::Command::Outcome;
+  command_->outcome = Outcome::failed;
+  if (outcome_ == "completed") command_->outcome = command_->openedTable() ? Outcome::completed : Outcome::refused;
+  output::Document document;
+  const app::FlagLookup noFlags = [](const std::string&, std::int64_t) { return std::nullopt; };
+  if (const auto verdict = app::verdictOf(*command_, noFlags)) document.verdict = verdict->verdict;
+  document.commands.push_back(std::move(command_));
+  std::ostringstream written;
+  output::writeJson(written, document, wordingIn(language));
+  command_ = std::move(document.commands.front());
+  expectValidResults(written.str());
 }
 
 std::string ProcedureRun::messages() const {

@@ -32,7 +32,8 @@ class ProcedureRun {
   // Called with every journal line, and may throw: then the host's call throws that. Not for lines that begin with "~".
   std::function<void(const std::string& line)> onJournalLine;
 
-  // Runs the command with the journal on. May be called more than once.
+  // Runs the command with the journal on, and fails the test when its results, written as JSON, do not keep the format.
+  // May be called more than once.
   ProcedureRun& run(const std::string& subcommands);
 
   // "completed", "left by VrixGoToCaller", "left by: what() of another exception", "left by what is no exception".
@@ -73,6 +74,8 @@ class ProcedureRun {
   std::shared_ptr<data::Dataset> active() const { return manager_.active(); }
 
  private:
+  void expectValidDocument();
+
   datasets::DatasetManager manager_;
   std::unique_ptr<output::Command> command_;
   std::string outcome_;

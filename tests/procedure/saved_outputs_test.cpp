@@ -260,6 +260,26 @@ TEST(SavedOutputs, TakeTheSizeOfTheirCasesOnceFromTheMatchedOutputElseFromTheMis
   EXPECT_TRUE(asked("").empty());
 }
 
+TEST(SavedOutputs, GetTheirBufferWhenTheFirstCasesHaveBeenRead) {
+  ProcedureRun run(active(), compared());
+  run.run(byId + both);
+  EXPECT_EQ(run.missingInOrder({"VRIX_InputCaseIterator#2.NextCase()", "VRIX_InputCaseIterator#1.NextCase()",
+                                "GetCaseSize()", "WriteCase(", "VRIX_InputCaseIterator#1.NextCase()"}),
+            "");
+}
+
+TEST(SavedOutputs, TakeACaseWhenItHasBeenShownAndBeforeTheNextOneIsRead) {
+  ProcedureRun run(dataset().numeric("x", {1, 2}), dataset().numeric("x", {9, 2}));
+  run.run("/COMPDATASET=b /VARIABLES=ALL" + both);
+  EXPECT_EQ(
+      run.missingInOrder({"NextCase() -> true", "NextCase() -> true", ".Category(BpNumber(0, Count))",
+                          ".Category(BpVariable(\"x\", 2))", "VRIX_DataSource#3.WriteCase(",
+                          "VRIX_InputCaseIterator#1.NextCase() -> true", "VRIX_InputCaseIterator#2.NextCase() -> true",
+                          "VRIX_DataSource#2.WriteCase(", "VRIX_InputCaseIterator#1.NextCase() -> false"}),
+      "");
+  EXPECT_EQ(run.journalLines({".WriteCase("}).size(), 2U);
+}
+
 TEST(SavedOutputs, AreWrittenAlsoWhenTheCaseTableIsNotWanted) {
   ProcedureRun run(active(), compared());
   run.run(byId + both + " /OUTPUT CASETABLE=NO TABLELIMIT=1");

@@ -57,6 +57,19 @@ TEST(ValueLabelsTable, ListsTheValuesOfBothSidesInAscendingOrder) {
             "<x>|x:10|CD_Mismatched = \"\"\n");
 }
 
+TEST(ValueLabelsTable, ListsNumbersThatAreOnlyNearlyTheSameSingly) {
+  ProcedureRun run(dataset().numeric("x", {1}, numbers({{0.3, "a"}})),
+                   dataset().numeric("x", {1}, numbers({{0.1 + 0.2, "a"}})));
+  run.run(all);
+  EXPECT_EQ(cellsOf(run.table(keys::valueLabels)),
+            "<x>|x:0.3|CD_Active = \"a\"\n"
+            "<x>|x:0.3|CD_Comparison = \".\"\n"
+            "<x>|x:0.3|CD_Mismatched = CD_Mismatch\n"
+            "<x>|x:0.30000000000000004|CD_Active = \".\"\n"
+            "<x>|x:0.30000000000000004|CD_Comparison = \"a\"\n"
+            "<x>|x:0.30000000000000004|CD_Mismatched = CD_Mismatch\n");
+}
+
 TEST(ValueLabelsTable, ListsTextsInTheOrderOfTheirBytes) {
   ProcedureRun run(dataset().text("t", 4, {"a"}, texts({{"Z", "upper"}, {"a", "lower"}, {"\xc3\xa9", "accent"}})),
                    dataset().text("t", 8, {"a"}, texts({{"A", "other"}, {"a", "lower"}})));

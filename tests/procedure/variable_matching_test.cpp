@@ -101,6 +101,7 @@ TEST(VariableMatching, WritesNoDictionaryTableWhenNoVariableMatches) {
   run.run("/COMPDATASET=b /VARIABLES=ALL /OUTPUT VARPROPERTIES=ALL");
   EXPECT_EQ(run.messages(), noneMatch + allValuesEqual);
   EXPECT_EQ(run.table(keys::dictionary), nullptr);
+  EXPECT_EQ(run.table(keys::valueLabels), nullptr);
 }
 
 TEST(ClosingChecks, SayThatAllSelectedPropertiesAgreeOnce) {
@@ -108,6 +109,7 @@ TEST(ClosingChecks, SayThatAllSelectedPropertiesAgreeOnce) {
   run.run("/COMPDATASET=b /VARIABLES=ALL /OUTPUT VARPROPERTIES=ALL");
   EXPECT_EQ(run.messages(), allEqual + allValuesEqual);
   EXPECT_EQ(run.table(keys::dictionary), nullptr);
+  EXPECT_EQ(run.table(keys::valueLabels), nullptr);
 }
 
 TEST(ClosingChecks, SaySoAlsoBesideVariablesWithoutPartner) {

@@ -206,28 +206,6 @@ TEST(Sort, WritesTheCasesInOrder) {
   EXPECT_EQ(folder.read("out.csv"), "id,x\n,z\n1,b\n1,a\n3,c\n");
 }
 
-TEST(SecondProcedure, LoadsAndRunsTheSameWay) {
-  const ProgramFolder folder;
-  folder.write("a.csv", "id,name,x\n1,ann,\n2,,\n3,cy,3\n");
-  folder.write("job.txt", "OPEN DATA FILE='a.csv'.\nCOUNT MISSING /VARIABLES=ALL /OUTPUT PERCENT=YES.\n");
-  const auto results = folder.results({"--plugins", EXAMPLE_PLUGINS, "run", "job.txt"});
-  EXPECT_EQ(results["commands"][1]["procedure"]["title"], "Count Missing");
-  EXPECT_EQ(cellOf(results, "Missing Values", {"id", "Count"}), "0");
-  EXPECT_EQ(cellOf(results, "Missing Values", {"name", "Count"}), "1");
-  EXPECT_EQ(cellOf(results, "Missing Values", {"x", "Percent"}), "66.7%");
-  EXPECT_TRUE(results["verdict"].is_null());
-}
-
-TEST(SecondProcedure, IsHeldToItsOwnGrammar) {
-  const ProgramFolder folder;
-  folder.write("a.csv", "id\n1\n");
-  const ProgramResult result =
-      folder.run({"--plugins", EXAMPLE_PLUGINS, "run", "-"},
-                 "OPEN DATA FILE='a.csv'.\nCOUNT MISSING /VARIABLES=ALL /OUTPUT PERCENT=SOME.\n");
-  EXPECT_EQ(result.status, 2);
-  EXPECT_NE(result.err.find("SOME"), std::string::npos) << result.err;
-}
-
 TEST(Demo, TheTwoEntriesThatAreShippedDifferIn42Cases) {
   const ProgramFolder folder;
   const std::string examples = EXAMPLES;

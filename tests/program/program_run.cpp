@@ -10,6 +10,8 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "tests/results/results_schema.h"
+
 extern char** environ;
 
 namespace workbench::tests {
@@ -83,7 +85,21 @@ ProgramResult ProgramFolder::run(const std::vector<std::string>& arguments, cons
   result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
   result.out = read(outName);
   result.err = read(errName);
+  expectValidDocument(arguments, result);
   return result;
+}
+
+void ProgramFolder::expectValidDocument(const std::vector<std::string>& arguments, const ProgramResult& result) const {
+  const auto valueOf = [&](const std::string& option) {
+    const auto found = std::find(arguments.begin(), arguments.end(), option);
+    return found == arguments.end() || found + 1 == arguments.end() ? std::string() : found[1];
+  };
+  const std::string file = valueOf("-o");
+  const bool isJson = valueOf("--format") == "json" || (valueOf("--format").empty() && file.ends_with(".json"));
+  const bool isQuiet = file.empty() && std::find(arguments.begin(), arguments.end(), "-q") != arguments.end();
+  // A run that is refused before its first command writes no document.
+  const bool isRefused = result.status == 2 && (file.empty() ? result.out.empty() : !has(file));
+  if (isJson && !isQuiet && !isRefused) expectValidResults(file.empty() ? result.out : read(file));
 }
 
 nlohmann::json ProgramFolder::results(std::vector<std::string> arguments) const {

@@ -29,12 +29,15 @@ class ProgramFolder {
   std::string names() const;
   std::filesystem::path path(const std::string& name) const { return folder_ / name; }
 
-  // compare-datasets with these arguments, started in the folder.
+  // compare-datasets with these arguments, started in the folder. Fails the test when the results are JSON and no valid
+  // document.
   ProgramResult run(const std::vector<std::string>& arguments, const std::string& input = "") const;
   // The results document of the same command; a run with --format json.
   nlohmann::json results(std::vector<std::string> arguments) const;
 
  private:
+  void expectValidDocument(const std::vector<std::string>& arguments, const ProgramResult& result) const;
+
   std::filesystem::path folder_;
 };
 

@@ -140,6 +140,7 @@ ObservedRun::ObservedRun(const World& world, const Command& command, Journal jou
       !run_.manager().open(opened(world.active), world.activeHandle)) {
     throw std::runtime_error("the datasets of a test could not be opened");
   }
+  run_.checksDocument = false;  // a law of its own does, which can show for which command
   run_.beforeCall = [&world, this] {
     currentRun().settings.tolerance = world.tolerance;
     currentRun().settings.collation = world.collation;

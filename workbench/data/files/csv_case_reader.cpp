@@ -20,18 +20,6 @@ InputFile openOrThrow(const std::string& path) {
   return std::move(*file);
 }
 
-std::string_view nameOf(Packing packing) {
-  switch (packing) {
-    case Packing::gzip:
-      return "gzip";
-    case Packing::zstd:
-      return "zstd";
-    case Packing::none:
-      break;
-  }
-  return "none";
-}
-
 // How lines end, as options. DuckDB finds no line in a file of CR LF unless it may be lenient; what it would overlook
 // then, the scan has refused.
 std::string_view lineEndOptions(std::string_view lineEnd) {

@@ -1,9 +1,9 @@
 // DuckDbQuery: the rows of a query, chunk by chunk, in their order, all columns being texts.
 //
-// All queries run in one in-memory database of the process, each over a connection of its own. Nothing is kept of what
-// was read, nothing is spilled to disk, and no extension is loaded. Used by one thread at a time.
+// Each query runs over a connection of its own. Used by one thread at a time.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>

@@ -25,6 +25,18 @@ char lowerAscii(char character) {
 
 }  // namespace
 
+std::string_view nameOf(Packing packing) {
+  switch (packing) {
+    case Packing::gzip:
+      return "gzip";
+    case Packing::zstd:
+      return "zstd";
+    case Packing::none:
+      break;
+  }
+  return "none";
+}
+
 Outcome<FileKind> fileKind(std::string_view path) {
   std::string lower(path);
   std::transform(lower.begin(), lower.end(), lower.begin(), lowerAscii);

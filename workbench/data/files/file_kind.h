@@ -9,6 +9,9 @@ namespace workbench::data {
 
 enum class Packing { none, gzip, zstd };
 
+// As DuckDB calls it.
+std::string_view nameOf(Packing packing);
+
 struct FileKind {
   std::string_view ending;  // in lower case; names may bear it in any
   char delimiter;           // between the fields of a line

@@ -50,6 +50,21 @@ DuckDbQuery::Column DuckDbQuery::column(std::size_t index) const {
           library_.duckdb_vector_get_validity(vector)};
 }
 
+Outcome<std::uint64_t> rowsWritten(const std::string& sql) {
+  const Outcome<duckdb_database> database = duckDbDatabase();
+  if (!database) return database.problem();
+  const DuckDbLibrary& library = **duckDbLibrary();
+  duckdb_connection connection = nullptr;
+  if (library.duckdb_connect(*database, &connection) != DuckDBSuccess) return duckDbProblem("no connection");
+  duckdb_result result{};
+  const bool isDone = library.duckdb_query(connection, sql.c_str(), &result) == DuckDBSuccess;
+  const Outcome<std::uint64_t> written = isDone ? Outcome<std::uint64_t>(library.duckdb_rows_changed(&result))
+                                                : duckDbProblem(library.duckdb_result_error(&result));
+  library.duckdb_destroy_result(&result);
+  library.duckdb_disconnect(&connection);
+  return written;
+}
+
 std::string sqlText(std::string_view text) {
   std::string literal = "'";
   for (const char character : text) {

@@ -54,6 +54,9 @@ class DuckDbQuery {
   std::size_t rows_ = 0;
 };
 
+// Runs a statement to its end: how many rows it wrote.
+Outcome<std::uint64_t> rowsWritten(const std::string& sql);
+
 // A text as a literal of SQL.
 std::string sqlText(std::string_view text);
 

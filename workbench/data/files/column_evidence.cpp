@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
-#include "workbench/data/files/calendar_text.h"
-#include "workbench/data/files/decimal_text.h"
+#include "workbench/data/cells/calendar_text.h"
+#include "workbench/data/cells/decimal_text.h"
 
 namespace workbench::data {
 namespace {

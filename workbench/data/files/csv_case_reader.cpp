@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "host/messages.h"
-#include "workbench/data/files/calendar_text.h"
-#include "workbench/data/files/decimal_text.h"
-#include "workbench/data/files/system_missing.h"
+#include "workbench/data/cells/calendar_text.h"
+#include "workbench/data/cells/decimal_text.h"
+#include "workbench/data/cells/system_missing.h"
 
 namespace workbench::data {
 namespace {

@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "host/messages.h"
-#include "workbench/data/files/calendar_text.h"
+#include "workbench/data/cells/calendar_text.h"
+#include "workbench/data/cells/decimal_text.h"
+#include "workbench/data/cells/system_missing.h"
 #include "workbench/data/files/column_evidence.h"
-#include "workbench/data/files/decimal_text.h"
-#include "workbench/data/files/system_missing.h"
 #include "workbench/text/string_comparison.h"
 
 namespace workbench::data {

@@ -1,4 +1,4 @@
-#include "workbench/data/files/calendar_text.h"
+#include "workbench/data/cells/calendar_text.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "workbench/data/files/calendar_text.h"
+#include "workbench/data/cells/calendar_text.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck.h>

@@ -1,4 +1,4 @@
-#include "workbench/data/files/decimal_text.h"
+#include "workbench/data/cells/decimal_text.h"
 
 #include <fmt/format.h>
 

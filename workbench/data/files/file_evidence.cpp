@@ -51,7 +51,9 @@ EvidenceMemory& evidenceMemory() {
 
 Outcome<std::shared_ptr<FileEvidence>> scan(const InputFile& file, const std::string& path, const FileKind& kind) {
   const std::unique_ptr<ByteSource> source = openByteSource(file, kind.packing);
-  CsvScanner scanner(*source, kind.delimiter, path);
+  TableDialect dialect;
+  dialect.delimiter = std::string(1, kind.delimiter);
+  CsvScanner scanner(*source, dialect, path);
   auto evidence = std::make_shared<FileEvidence>();
 
   CsvField field;

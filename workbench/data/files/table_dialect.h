@@ -1,6 +1,6 @@
 // TableDialect: how a text file holds a table. The defaults are those of a plain CSV file.
 //
-// Rows are counted from 1 after the text was split into rows, comment rows included.
+// Rows are counted from 1 after the text was split into rows, comment rows and rows without a character included.
 #pragma once
 
 #include <cstdint>
@@ -25,5 +25,9 @@ struct TableDialect {
 
   bool operator==(const TableDialect&) const = default;
 };
+
+// Why no text can be read by the dialect, as the end of a sentence: its characters contradict each other. Nothing when
+// it can.
+std::optional<std::string> contradictionIn(const TableDialect& dialect);
 
 }  // namespace workbench::data

@@ -247,6 +247,40 @@ TEST(DialectScanner, ReadsPlainDialectsJustAsTheFastScannerDoes) {
   EXPECT_GT(sound, 5);
 }
 
+// A dialect with any of the unusual parts.
+TableDialect anyDialect(std::uint32_t way) {
+  static const std::vector<std::vector<std::uint64_t>> headers{{1}, {}, {2}, {1, 2}, {1, 3}};
+  DialectBuilder any = dialect().header(headers[way % 5]);
+  way /= 5;
+  any.delimiter(way % 3 == 0 ? "," : way % 3 == 1 ? "||" : " ,");
+  way /= 3;
+  if (way % 2 == 0) any.escape('\\');
+  if (way / 2 % 2 == 0) any.comments("#");
+  if (way / 4 % 2 == 0) any.commentRows({2, 3});
+  if (way / 8 % 2 == 0) any.null("\\N");
+  if (way / 16 % 2 == 0) any.skipInitialSpace();
+  if (way / 32 % 2 == 0) any.noDoubledQuotes();
+  if (way / 64 % 4 == 0) any.noQuotes();
+  return any;
+}
+
+TEST(DialectScanner, ReadsTheSameInWhateverPiecesATextComes) {
+  static const std::vector<std::string> pieces{"x",    ",",    "|",   "||",    "\"", "\"\"",  " ",  "\n",
+                                               "\n",   "\r\n", "\\",  "\\N",   "#",  "# c",   " ,", "é",
+                                               "\xF6", "\r",   "\0"s, "\"y\"", "N",  "a,b\n", ",,", "\n#x\n"};
+  EXPECT_TRUE(rc::check([&](const std::vector<std::uint8_t>& picks, std::uint32_t way) {
+    const TableDialect any = anyDialect(way);
+    std::string text;
+    for (const std::uint8_t pick : picks) text += pieces[pick % pieces.size()];
+    const std::string byBytes = scanned(any, text);
+    for (const std::size_t pieceBytes : {std::size_t{2}, std::size_t{3}, std::size_t{100'000}}) {
+      TextSource source(text, pieceBytes);
+      DialectScanner scanner(source, any, "t.csv");
+      RC_ASSERT(scanned(scanner, !any.headerRows.empty()) == byBytes);
+    }
+  }));
+}
+
 std::string contradiction(const TableDialect& wrong) { return contradictionIn(wrong).value_or(""); }
 
 TEST(TableDialects, MayNotContradictThemselves) {

@@ -41,6 +41,8 @@ class CellReader {
   std::string whyNot(std::string_view cell);
   // Whether groups other than of three digits stand in a number, which reads all the same.
   bool hasOddGroups(std::string_view cell) const { return numbers_.hasOddGroups(cell); }
+  // Whether the dates with times that were read bore a zone; nothing before there was one.
+  std::optional<bool> sawZones() const { return sawZoned_ || sawUnzoned_ ? std::optional(sawZoned_) : std::nullopt; }
 
  private:
   std::optional<double> declaredNumber(std::string_view cell);

@@ -27,6 +27,8 @@ struct CellReading {
   std::vector<std::string> falseTexts = {"false", "False", "FALSE", "0"};
   // A cell that is one of these, byte by byte, holds no value: system-missing, or blanks. Looked at before all else.
   std::vector<std::string> noValueTexts = {""};
+
+  bool operator==(const CellReading&) const = default;
 };
 
 }  // namespace workbench::data

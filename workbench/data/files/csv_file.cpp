@@ -5,15 +5,13 @@
 #include <future>
 #include <utility>
 
+#include "workbench/data/files/case_readers.h"
 #include "workbench/data/files/column_names.h"
-#include "workbench/data/files/csv_case_reader.h"
 #include "workbench/data/files/duckdb_library.h"
 #include "workbench/data/files/type_inference.h"
 
 namespace workbench::data {
 namespace {
-
-using SharedEvidence = std::shared_ptr<const FileEvidence>;
 
 class CsvFile final : public DataFile {
  public:
@@ -22,8 +20,8 @@ class CsvFile final : public DataFile {
 
   const Dictionary& dictionary() const override { return table_->dictionary; }
   const std::string& path() const override { return table_->path; }
-  std::optional<std::int64_t> caseCount() const override { return static_cast<std::int64_t>(table_->evidence->cases); }
-  std::unique_ptr<CaseReader> openReader() const override { return std::make_unique<CsvCaseReader>(table_); }
+  std::optional<std::int64_t> caseCount() const override { return table_->cases(); }
+  std::unique_ptr<CaseReader> openReader() const override { return openCaseReader(table_); }
   const std::vector<std::string>& warnings() const override { return warnings_; }
 
  private:

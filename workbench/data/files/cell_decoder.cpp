@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "workbench/data/cells/calendar_text.h"
-#include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/files/declared_column.h"
 
 namespace workbench::data {
@@ -30,31 +29,27 @@ CellDecoder::Column CellDecoder::columnOf(const CsvColumn& column) const {
   how.slotBytes = variable.isNumeric() ? 0 : variable.slots() * sizeof(OBS);
   if (column.reading) how.reader.emplace(*column.reading);
   if (variable.isNumeric()) {
-    how.decoding = column.reading ? Decoding::declaredNumber : Decoding::number;
+    const bool isMoment =
+        how.format == FormatType::date || how.format == FormatType::time || how.format == FormatType::dateTime;
+    how.decoding = isMoment ? Decoding::moment : Decoding::number;
+    if (column.reading) how.decoding = Decoding::declaredNumber;
   } else {
     how.decoding = column.reading ? Decoding::declaredText : Decoding::text;
   }
   return how;
 }
 
-// The value of a filled cell; nothing when it is none of that kind.
-std::optional<double> CellDecoder::numberOf(std::string_view cell, FormatType format) {
-  const auto valueIn = [](const std::optional<CalendarValue>& read) {
-    return read ? std::optional(read->value) : std::nullopt;
-  };
-  switch (format) {
-    case FormatType::date:
-      return valueIn(dateOf(cell));
-    case FormatType::time:
-      return valueIn(timeOf(cell));
-    case FormatType::dateTime:
-      return valueIn(dateTimeOf(cell));
-    default: {
-      if (ShortDecimal number; readShortDecimal(cell, number)) return number.value();
-      const std::optional<Decimal> number = decimalOf(cell);
-      return number ? valueOf(*number) : std::nullopt;
-    }
-  }
+std::optional<double> CellDecoder::longNumberOf(std::string_view cell) {
+  const std::optional<Decimal> number = decimalOf(cell);
+  return number ? valueOf(*number) : std::nullopt;
+}
+
+std::optional<double> CellDecoder::momentOf(std::string_view cell, FormatType format) {
+  std::optional<CalendarValue> read;
+  if (format == FormatType::date) read = dateOf(cell);
+  if (format == FormatType::time) read = timeOf(cell);
+  if (format == FormatType::dateTime) read = dateTimeOf(cell);
+  return read ? std::optional(read->value) : std::nullopt;
 }
 
 void CellDecoder::fillUnfed(OBS* cases, std::size_t rows, std::size_t caseSlots) const {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "workbench/data/cells/cell_reader.h"
+#include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/files/csv_table.h"
 #include "workbench/runtime/outcome.h"
@@ -37,19 +38,21 @@ class CellDecoder {
   Problem refusal(std::size_t column, std::string_view cell, const std::string& where);
 
  private:
-  enum class Decoding { skipped, number, text, declaredNumber, declaredText };
+  enum class Decoding { skipped, number, moment, text, declaredNumber, declaredText };
   struct Column {
     Decoding decoding = Decoding::skipped;
     std::int32_t variable = -1;
     std::size_t slot = 0;
-    FormatType format = FormatType::number;  // tells the type of a number that is not declared
+    FormatType format = FormatType::number;  // tells a date from a time, where nothing is declared
     std::size_t width = 0;                   // of a text, in bytes
     std::size_t slotBytes = 0;               // of a text
     std::optional<CellReader> reader;
   };
 
   Column columnOf(const CsvColumn& column) const;
-  static std::optional<double> numberOf(std::string_view cell, FormatType format);
+  // Of filled cells; nothing when they are none of that kind.
+  static std::optional<double> longNumberOf(std::string_view cell);
+  static std::optional<double> momentOf(std::string_view cell, FormatType format);
   template <class Cells, class ValueOf>
   std::optional<std::size_t> decodeNumbers(const Cells& cells, std::size_t rows, OBS* values, std::size_t caseSlots,
                                            ValueOf valueOf);
@@ -70,8 +73,13 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
   OBS* const values = cases + how.slot;
   switch (how.decoding) {
     case Decoding::number:
+      return decodeNumbers(cells, rows, values, caseSlots, [](std::string_view cell) {
+        if (ShortDecimal number; readShortDecimal(cell, number)) return std::optional(number.value());
+        return cell.empty() ? std::optional(systemMissing) : longNumberOf(cell);
+      });
+    case Decoding::moment:
       return decodeNumbers(cells, rows, values, caseSlots, [format = how.format](std::string_view cell) {
-        return cell.empty() ? std::optional(systemMissing) : numberOf(cell, format);
+        return cell.empty() ? std::optional(systemMissing) : momentOf(cell, format);
       });
     case Decoding::declaredNumber:
       return decodeNumbers(cells, rows, values, caseSlots, [&reader = *how.reader](std::string_view cell) {

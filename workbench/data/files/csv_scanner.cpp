@@ -60,10 +60,9 @@ bool CsvScanner::takePlainField(CsvField& field) {
   const char* next = start;
   unsigned allBytes = 0;
   for (; !special_[byteOf(*next)]; ++next) allBytes |= byteOf(*next);
-  if (*next != delimiter_ || !isAscii(allBytes) || fieldIndex_ + 1 >= columns_) return false;
-  const std::string_view text(start, static_cast<std::size_t>(next - start));
-  field = {text, false, isNull(text), line_};
-  position_ += text.size() + 1;
+  if (*next != delimiter_ || !isAscii(allBytes) || fieldIndex_ + 1 >= plainColumns_) return false;
+  field = {{start, static_cast<std::size_t>(next - start)}, false, false, line_};
+  position_ += field.text.size() + 1;
   ++fieldIndex_;
   return true;
 }
@@ -182,6 +181,7 @@ bool CsvScanner::checkFieldCount(CsvField& field) {
   }
   if (field.endsRecord) {
     columns_ = fieldIndex_;
+    plainColumns_ = hasNull_ ? 0 : columns_;
     longestRecord_ = std::max(longestRecord_, discarded_ + position_ - recordStart_);
     atRecordStart_ = true;
   }

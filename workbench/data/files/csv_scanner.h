@@ -48,7 +48,8 @@ class CsvScanner final : public TableScanner {
   bool hasHeader_;
   bool hasNull_;
   std::string null_;
-  bool special_[256] = {};  // bytes that end the plain run of an unquoted field, or need a look
+  std::size_t plainColumns_ = 0;  // those that are taken plainly; none while fields have to be told from nulls
+  bool special_[256] = {};        // bytes that end the plain run of an unquoted field, or need a look
   std::uint64_t recordStart_ = 0;
 };
 

@@ -39,10 +39,8 @@ class Scan {
       if (!take({field.text, false, field.isNull, field.line})) return refusedCell(field.text, field.line);
     }
     CsvField field;
-    Step step = scanner_.next(field);
-    for (; step == Step::field; step = scanner_.next(field)) {
-      if (!take(field)) return refusedCell(field.text, field.line);
-    }
+    Step step = isDeclared_ ? takeDeclared(field) : takeUndeclared(field);
+    if (step == Step::field) return refusedCell(field.text, field.line);
     if (step == Step::problem) return scanner_.problem();
     finish();
     return std::move(evidence_);
@@ -83,9 +81,37 @@ class Scan {
     declared_.resize(columns);
     for (std::size_t column = 0; column < columns; ++column) {
       if (!evidence_->declared[column]) continue;
+      isDeclared_ = true;
       declared_[column] = std::make_unique<DeclaredCells>(*evidence_->declared[column]);
     }
     return std::nullopt;
+  }
+
+  // Up to the end, or to a field that does not read as its column's type.
+  Step takeDeclared(CsvField& field) {
+    Step step = scanner_.next(field);
+    while (step == Step::field && take(field)) step = scanner_.next(field);
+    return step;
+  }
+
+  // The same where nothing is declared, which is most often so; every cell counts, and all that does is at hand.
+  Step takeUndeclared(CsvField& field) {
+    ColumnEvidence* const columns = evidence_->columns.data();
+    std::size_t column = 0;
+    std::uint64_t bytes = 0;
+    std::uint64_t cases = 0;
+    Step step = scanner_.next(field);
+    for (; step == Step::field; step = scanner_.next(field)) {
+      columns[column].add(field.isNull ? std::string_view() : field.text, field.line);
+      bytes += field.text.size();
+      ++column;
+      if (!field.endsRecord) continue;
+      column = 0;
+      ++cases;
+    }
+    textBytes_ += bytes;
+    cases_ += cases;
+    return step;
   }
 
   // False when the cell does not read as its column's type.
@@ -129,6 +155,7 @@ class Scan {
   bool hasHeader_;
   std::shared_ptr<FileEvidence> evidence_ = std::make_shared<FileEvidence>();
   std::vector<std::unique_ptr<DeclaredCells>> declared_;  // null: nothing is declared
+  bool isDeclared_ = false;                               // any is
   std::vector<KeptField> firstRow_;
   std::size_t column_ = 0;
   std::uint64_t cases_ = 0;

@@ -103,4 +103,43 @@ inline std::string scanned(const TableDialect& dialect, std::string text) {
   return scanned(*scanner, !dialect.headerRows.empty());
 }
 
+// Fields of a text as they are written, sound ones and (rarely picked) others.
+inline const std::vector<std::string> rawFields{
+    "x",  "",  "QQ",   "QxDyQ", "QxQQyQ", "QNQ",  "QxNNyDQ", "\\N",  "null", "-", "é",    "12",  "\\",   "#",   "x ",
+    "\t", "'", "\"\"", "xQQ",   "QéQ",    "Q xQ", "xQy",     "QQQQ", "Qx Q", "a", "Q\\Q", "Q'Q", "x\"y", "QDQ", "1Q"};
+inline const std::vector<std::string> rareRawFields{" x", "QxQ ", "xDy", "N", "Q", "QxQy", "NN", "\xF6", "xN", " Q"};
+
+// A table of so many columns, a field for every pick, to be written out in a dialect.
+inline std::string rawTable(const std::vector<std::uint8_t>& picks, std::size_t columns, bool hasHeader,
+                            bool endsLast) {
+  constexpr std::uint8_t rarely = 254;
+  std::string raw = hasHeader ? "h" : "";
+  for (std::size_t column = 1; hasHeader && column < columns; ++column) raw += fmt::format("Dh{}", column);
+  std::size_t column = 0;
+  for (std::size_t index = 0; index < picks.size(); ++index) {
+    if (!raw.empty()) raw += column == 0 ? 'N' : 'D';
+    const std::uint8_t pick = picks[index];
+    raw += pick >= rarely ? rareRawFields[(pick + index) % rareRawFields.size()] : rawFields[pick % rawFields.size()];
+    column = (column + 1) % columns;
+  }
+  for (; column != 0; column = (column + 1) % columns) raw += 'D';
+  return endsLast ? raw + 'N' : raw;
+}
+
+// Writes out what stands for a character of the dialect: Q a quote, D the delimiter, N a line's end.
+inline std::string writtenOut(std::string_view raw, char quote, const std::string& delimiter,
+                              const std::string& lineEnd) {
+  std::string text;
+  for (const char character : raw) {
+    if (character == 'Q') {
+      text += quote;
+    } else if (character == 'D') {
+      text += delimiter;
+    } else {
+      text += character == 'N' ? lineEnd : std::string(1, character);
+    }
+  }
+  return text;
+}
+
 }  // namespace workbench::data

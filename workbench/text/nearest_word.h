@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace workbench::language {
+namespace workbench::text {
 
 // How many characters have to be put in, left out, replaced or exchanged with their neighbour to make one word of the
 // other, without regard to case; `limit` + 1 when it is more than the limit.
@@ -16,4 +16,4 @@ std::size_t editDistance(std::string_view left, std::string_view right, std::siz
 // Nothing when none is near enough to be meant.
 std::optional<std::string> nearestWord(std::string_view word, const std::vector<std::string>& known);
 
-}  // namespace workbench::language
+}  // namespace workbench::text

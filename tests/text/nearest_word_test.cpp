@@ -1,9 +1,9 @@
-#include "workbench/language/nearest_word.h"
+#include "workbench/text/nearest_word.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-namespace workbench::language {
+namespace workbench::text {
 namespace {
 
 const std::vector<std::string> words = {"VARPROPERTIES", "CASETABLE", "TABLELIMIT"};
@@ -34,4 +34,4 @@ RC_GTEST_PROP(EditDistance, IsSymmetricAndZeroOnlyForTheSameWord, (const std::st
 }
 
 }  // namespace
-}  // namespace workbench::language
+}  // namespace workbench::text

@@ -1,4 +1,4 @@
-#include "workbench/language/nearest_word.h"
+#include "workbench/text/nearest_word.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include "workbench/text/folding.h"
 #include "workbench/text/utf8.h"
 
-namespace workbench::language {
+namespace workbench::text {
 
 namespace {
 
@@ -16,8 +16,8 @@ constexpr std::size_t shortestBeginning = 3;  // of a word that was cut short
 std::vector<std::int32_t> foldedCharacters(std::string_view word) {
   std::vector<std::int32_t> characters;
   for (std::size_t at = 0; at < word.size();) {
-    const text::Character character = text::characterAt(word, at);
-    characters.push_back(character.codePoint < 0 ? -1 : text::foldedCharacter(character.codePoint));
+    const Character character = characterAt(word, at);
+    characters.push_back(character.codePoint < 0 ? -1 : foldedCharacter(character.codePoint));
     at += character.bytes;
   }
   return characters;
@@ -61,11 +61,11 @@ std::optional<std::string> nearestWord(std::string_view word, const std::vector<
   }
   if (nearest != nullptr) return *nearest;
   if (length < shortestBeginning) return std::nullopt;
-  const std::string beginning = text::foldedName(word);
-  const auto isBegun = [&](const std::string& candidate) { return text::foldedName(candidate).starts_with(beginning); };
+  const std::string beginning = foldedName(word);
+  const auto isBegun = [&](const std::string& candidate) { return foldedName(candidate).starts_with(beginning); };
   const auto begun = std::find_if(known.begin(), known.end(), isBegun);
   if (begun == known.end()) return std::nullopt;
   return *begun;
 }
 
-}  // namespace workbench::language
+}  // namespace workbench::text

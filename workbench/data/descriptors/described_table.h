@@ -15,7 +15,8 @@
 
 namespace workbench::data {
 
-// The values that a field is restricted to; as numbers or as texts, as its type is.
+// The values that a field is restricted to; as numbers or as texts, as its type is, these without blanks at their end.
+// Missing values that stay in the data stand among them, but for ranges: what lies in one is allowed as well.
 struct Categories {
   std::vector<double> numbers;
   std::vector<std::string> texts;
@@ -23,7 +24,7 @@ struct Categories {
 
 struct DescribedField {
   // Its name and all that is declared of it. What is not declared stands at the default of its type, print format,
-  // string width, display width and alignment excepted.
+  // string width, display width and alignment excepted; a string of unknown width has the width 1.
   Variable variable;
   CellReading reading;
   std::optional<std::int32_t> width;  // of a string, in bytes

@@ -49,6 +49,12 @@ TEST(MissingEntries, AreReadAsCellsOfTheFieldAre) {
             "1 2");
 }
 
+TEST(MissingEntries, ThatReadAsTheSystemMissingValueStandForNone) {
+  const Missing missing = missingOf(R"("type": "number", "missingValues": ["-1.7976931348623157e308", "-9"])");
+  EXPECT_EQ(missing.kept, "-9");
+  EXPECT_EQ(missing.none, "-1.7976931348623157e308");
+}
+
 TEST(MissingEntries, ThatAreTheSameValueAreOne) {
   EXPECT_EQ(missingOf(R"("type": "number", "missingValues": ["-9", "-9.0", "-9e0", "-1"])").kept, "-9 -1");
   EXPECT_EQ(missingOf(R"("type": "string", "missingValues": ["NA", "NA "])").kept, "'NA      '");

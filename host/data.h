@@ -85,6 +85,7 @@ enum class FormatType : std::int32_t {
   date = 41,      // days since 1970-01-01, shown as 2026-11-21
   time = 42,      // seconds since midnight, shown as 15:59:55
   dateTime = 43,  // seconds since 1970-01-01T00:00:00, shown as 2026-11-21T15:59:55
+  duration = 44,  // months times 2^40 plus seconds (a month is no number of days), shown as P1M2DT3H
 };
 
 // The host's table of print formats, one row per type: the name is what dictionaries call it.
@@ -93,14 +94,23 @@ struct FormatTypeRow {
   const char* name;
 };
 inline constexpr FormatTypeRow formatTypeRows[] = {
-    {FormatType::text, "A"},        {FormatType::comma, "COMMA"},
-    {FormatType::dollar, "DOLLAR"}, {FormatType::number, "F"},
-    {FormatType::restricted, "N"},  {FormatType::scientific, "E"},
-    {FormatType::percent, "PCT"},   {FormatType::dot, "DOT"},
-    {FormatType::customA, "CCA"},   {FormatType::customB, "CCB"},
-    {FormatType::customC, "CCC"},   {FormatType::customD, "CCD"},
-    {FormatType::customE, "CCE"},   {FormatType::date, "DATE"},
-    {FormatType::time, "TIME"},     {FormatType::dateTime, "DATETIME"},
+    {FormatType::text, "A"},
+    {FormatType::comma, "COMMA"},
+    {FormatType::dollar, "DOLLAR"},
+    {FormatType::number, "F"},
+    {FormatType::restricted, "N"},
+    {FormatType::scientific, "E"},
+    {FormatType::percent, "PCT"},
+    {FormatType::dot, "DOT"},
+    {FormatType::customA, "CCA"},
+    {FormatType::customB, "CCB"},
+    {FormatType::customC, "CCC"},
+    {FormatType::customD, "CCD"},
+    {FormatType::customE, "CCE"},
+    {FormatType::date, "DATE"},
+    {FormatType::time, "TIME"},
+    {FormatType::dateTime, "DATETIME"},
+    {FormatType::duration, "DURATION"},
 };
 
 // The name of a variable, as text.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <type_traits>
 
 #include "tests/engine/engine_run.h"
 
@@ -65,6 +66,7 @@ TEST(DatasetComparerObject, RefersToWhatItIsGivenAndKeepsTheFlagVariablesNameIts
                                  mismatched);
   name = "changed";
   EXPECT_EQ(comparer.flagVarName, "x");
+  static_assert(std::is_same_v<decltype(comparer.options), const compdatas::CompareOptions&>, "which are only read");
   EXPECT_EQ(&comparer.options, &run.options);
   EXPECT_EQ(&comparer.procedure, &run.procedure());
   EXPECT_EQ(&comparer.activeSource, &run.activeSource());

@@ -75,6 +75,9 @@ TEST(ValueFormat, ShowsNumbersAsTheirPrintFormatSays) {
       {second + 0.5, FormatType::dateTime, 21, 1, "2026-11-21T15:59:55.5"},
       {-0.5, FormatType::dateTime, 21, 1, "1969-12-31T23:59:59.5"},
       {1e15, FormatType::dateTime, 19, 0, "1000000000000000"},
+      {2 * 1099511627776.0 + 90, FormatType::duration, 10, 0, "P2MT1M30S"},
+      {0.25, FormatType::duration, 10, 0, "PT0.25S"},
+      {1e300, FormatType::duration, 10, 0, "1e+300"},
       {7.25, FormatType::text, 8, 0, "7.25"},
       {7.25, static_cast<FormatType>(99), 8, 0, "7.25"},
       {3, FormatType::number, 8, -2, "3"},
@@ -111,6 +114,7 @@ TEST(ValueFormat, ShowsDatesAndTimesInFullWithTheDecimalsTheyHave) {
   EXPECT_EQ(fullNumber(57595.5, FormatType::time), "15:59:55.5");
   EXPECT_EQ(fullNumber(20778, FormatType::date), "2026-11-21");
   EXPECT_EQ(fullNumber(20778.5, FormatType::date), "20778.5");
+  EXPECT_EQ(fullNumber(5400.5, FormatType::duration), "PT1H30M0.5S");
 }
 
 TEST(ValueFormat, ShowsCountsWholeAndPercentagesWithOneDecimal) {

@@ -80,6 +80,18 @@ TEST(CaseTable, ShowsTheValueOfTheActiveKeyAndOfEachSidesOwnVariable) {
   EXPECT_EQ(std::get<output::ValueText>(values.items[1].held).variable->decimals, 2);
 }
 
+TEST(CaseTable, ShowsTextsAsFarAsEachSidesVariableIsWide) {
+  // What lies behind the third byte of the slot is no part of the value.
+  ProcedureRun run(dataset().text("wide", 12, {"twelve bytes"}).text("t", 3, {"abcX"}),
+                   dataset().text("wide", 20, {"twenty bytes or more"}).text("t", 5, {"abcdeX"}));
+  run.run(byPosition);
+  EXPECT_EQ(cellsOf(run.table(keys::caseByCase)),
+            "CD_Active|0 = 1\n"
+            "CD_Compare|0 = 1\n"
+            "<wide>|0 = \"(1) ^1\\n(2) ^2\"{wide:\"twelve bytes\"|wide:\"twenty bytes or more\"}\n"
+            "<t>|0 = \"(1) ^1\\n(2) ^2\"{t:\"abc\"|t:\"abcde\"}\n");
+}
+
 TEST(CaseTable, NumbersTheShownCasesFromZeroAndTellsTheirRowsInEachDataset) {
   ProcedureRun run(dataset().numeric("id", {1, 2, 3, 5, 6}).numeric("x", {1, 1, 1, 1, 1}),
                    dataset().numeric("id", {2, 3, 4, 5, 6}).numeric("x", {2, 1, 1, 2, 2}));
@@ -116,6 +128,13 @@ TEST(CaseTable, SaysWhatItsLimitIsWhenThatIsReachedToTheCase) {
         captionOf(run.table(keys::caseByCase)),
         cases < 3 ? sides : "\"^1\\n^2\"{" + sides + "|Displaying the first ...{3|" + std::to_string(cases) + "}}");
   }
+}
+
+TEST(CaseTable, NamesInItsCaptionHowManyCasesDifferNotHowManyWereCompared) {
+  ProcedureRun run(dataset().numeric("id", {1, 2, 3, 4, 5}).numeric("x", {1, 1, 1, 1, 1}),
+                   dataset().numeric("id", {1, 2, 3, 4, 5}).numeric("x", {2, 1, 2, 1, 2}));
+  run.run(byId + " /OUTPUT TABLELIMIT=2");
+  EXPECT_EQ(captionOf(run.table(keys::caseByCase)), "\"^1\\n^2\"{" + sides + "|Displaying the first ...{2|3}}");
 }
 
 TEST(CaseTable, ShowsOneCaseWithALimitOfOne) {

@@ -190,11 +190,16 @@ TEST_F(Resolution, RefusesOneDataFileForBothOutputs) {
             -1);
 }
 
+TEST_F(Resolution, RefusesOneDataFileForBothOutputsWhicheverIsWrittenTheLongerWay) {
+  save("MATCHDATASET=YES MATCHNAME=" + quoted("./o.csv") + " MISMATCHDATASET=YES MISMATCHNAME=" + quoted("o.csv"));
+  expectRefusedWith(sameOutputs);
+}
+
 TEST_F(Resolution, AcceptsDataFilesForTheOutputsWhosePathsDifferOnlyInCase) {
   save("MATCHDATASET=YES MATCHNAME=" + quoted("o.csv") + " MISMATCHDATASET=YES MISMATCHNAME=" + quoted("O.csv"));
   EXPECT_EQ(run_.outcome(), "completed");
   EXPECT_EQ(run_.messages(), "");
-  EXPECT_EQ(folder_.listing(), "O.csv o.csv");
+  EXPECT_EQ(folder_.listing(), "O.csv O.schema.json o.csv o.schema.json");
 }
 
 TEST_F(Resolution, AcceptsADatasetAndADataFileOfTheSameNameForTheOutputs) {

@@ -51,6 +51,13 @@ TEST(DictionaryTable, HasARowForEveryComparedVariableAlsoWhereAllAgrees) {
                 "<y>|CD_AttributeColumns = \"\"\n");
 }
 
+TEST(DictionaryTable, ListsVariablesAsTheActiveDatasetNamesThem) {
+  ProcedureRun run(dataset().numeric("Age", {1}),
+                   dataset().numeric("AGE", {1}, [](data::Variable& age) { age.label = "Years"; }));
+  run.run(all + "LABEL");
+  EXPECT_EQ(cellsOf(run.table(keys::dictionary)), "<Age>|CD_AttributeLabel = " + two + "{\"\"|\"Years\"}\n");
+}
+
 TEST(DictionaryTable, ShowsBothValuesOfEveryPropertyThatDiffers) {
   const auto left = [](data::Variable& x) {
     x.format = {FormatType::number, 8, 2};

@@ -113,6 +113,18 @@ TEST(FlagVariable, HasTheNameThatSaveGives) {
   EXPECT_EQ(run.notes(), "3: ||mark\n");
 }
 
+TEST(FlagVariable, IsNotedByItsNameAsItStandsAlsoWhenThatReadsLikeAKey) {
+  ProcedureRun run(cases(), cases());
+  run.run("/COMPDATASET=b /VARIABLES=ALL /SAVE VARNAME=CD_Matched");
+  EXPECT_EQ(run.notes(), "3: ||CD_Matched\n");
+  const output::Note* note = nullptr;
+  for (const output::Item& item : run.command().items) {
+    if (std::holds_alternative<output::Note>(item)) note = &std::get<output::Note>(item);
+  }
+  ASSERT_NE(note, nullptr);
+  EXPECT_FALSE(std::get<output::StringText>(note->texts[2].held).translate);
+}
+
 TEST(FlagVariable, HasTheDefaultNameWhenTheGivenOneIsEmpty) {
   ProcedureRun run(cases(), cases());
   run.run("/COMPDATASET=b /VARIABLES=ALL /SAVE VARNAME=''");

@@ -74,6 +74,16 @@ TEST_P(DatasetLookup, WithoutCaseIdsSuchARunShowsTheActiveDatasetAndEndsByVrixGo
   EXPECT_EQ(run.leftAlive(), "UserCaseFileSpec#1");
 }
 
+TEST_P(DatasetLookup, IsNoMatterToADataFileWhichIsOpenedAllTheSame) {
+  const TemporaryFolder folder;
+  ProcedureRun run(cases(), others());
+  throwAt(run, "ServerDataManager::GetInstance()", GetParam().now);
+  run.run("/COMPDATASET='" + folder.write("b.csv", "id,x\n1,1\n2,7\n4,3\n") + "' /VARIABLES=ALL /CASEID=id");
+  EXPECT_EQ(run.missingInOrder({"BP_ToFront(0, \"caught an exception here\")", "GetSystemFile("}), "");
+  EXPECT_EQ(run.outcome(), "completed");
+  EXPECT_EQ(run.values("CasesCompare"), "0 1 -1");
+}
+
 INSTANTIATE_TEST_SUITE_P(Of, DatasetLookup,
                          ::testing::Values(Thrown{"ErrorText", errorText},
                                            Thrown{"StandardException", standardException}, Thrown{"Number", number}),

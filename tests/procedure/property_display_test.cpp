@@ -6,6 +6,8 @@
 #include "tests/procedure/procedure_run.h"
 #include "tests/procedure/table_keys.h"
 #include "tests/procedure/table_text.h"
+#include "workbench/output/text_rendering.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::tests {
 namespace {
@@ -56,6 +58,14 @@ std::string shownMissing(const Change& active) {
   return both.substr(1, both.size() - none.size() - 1);
 }
 
+// What people see in the only cell of a run over numbers with these missing values.
+std::string read(const Change& active, const Change& compared) {
+  static const auto english = std::move(*text::Wording::load("en"));
+  ProcedureRun run(dataset().numeric("x", {1}, active), dataset().numeric("x", {1}, compared));
+  run.run("/COMPDATASET=b /VARIABLES=ALL /OUTPUT VARPROPERTIES=MISSING");
+  return output::shown(*run.table(keys::dictionary)->cells.at(0).content, *english);
+}
+
 const double lowest = pvGetCmnMch()->constants[CmnMch::lowestValidNumber];
 const double highest = pvGetCmnMch()->constants[CmnMch::highestNumber];
 
@@ -77,6 +87,13 @@ TEST(MissingValueDisplay, ShowsTheLowestAndTheHighestNumberAsWords) {
   EXPECT_EQ(shownMissing(missingNumbers(-3, 1, highest, 99)), "\"^1 - HI, ^2\"{x:1|x:99}");
   EXPECT_EQ(shownMissing(missingNumbers(-2, lowest, highest)), "\"LO - HI\"{}");
   EXPECT_EQ(shownMissing(missingNumbers(-3, lowest, highest, 99)), "\"LO - HI, ^1\"{x:99}");
+}
+
+TEST(MissingValueDisplay, ReadsAsOneListOrRangeBehindTheMarkOfEachDataset) {
+  EXPECT_EQ(read(missingNumbers(3, 9, 8, 7), missingNumbers(1, 9)), "(1) 9, 8, 7\n(2) 9");
+  EXPECT_EQ(read(missingNumbers(-3, lowest, highest, 99), missingNumbers(-2, lowest, highest)),
+            "(1) LO - HI, 99\n(2) LO - HI");
+  EXPECT_EQ(read(missingNumbers(-3, 1, highest, 99), {}), "(1) 1 - HI, 99\n(2) ");
 }
 
 TEST(MissingValueDisplay, TakesOnlyTheVeryLowestAndHighestForThoseWords) {

@@ -153,6 +153,7 @@ TEST(SavedOutputs, AreNotOpenedWhenNoneIsAskedFor) {
   run.run(byId + " /SAVE MATCHDATASET=NO MATCHNAME=agreed");
   EXPECT_EQ(run.journalLine("UserOutputCaseFile("), -1);
   EXPECT_EQ(run.valuesOf("agreed", "id"), "no dataset");
+  EXPECT_EQ(run.messages(), "");
 }
 
 TEST(SavedOutputs, AreOpenedBeforeTheIteratorsAndDescribedAfterThem) {

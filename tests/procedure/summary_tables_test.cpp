@@ -42,6 +42,14 @@ TEST(MatchedSummary, CountsTheCasesOfEachDatasetAndThoseThatWereCompared) {
   EXPECT_FALSE(table->minDataColumnWidth);
 }
 
+TEST(MatchedSummary, TakesTheOnlyCaseForAHundredPercent) {
+  ProcedureRun run(dataset().numeric("x", {1}), dataset().numeric("x", {2}));
+  run.run("/COMPDATASET=b /VARIABLES=ALL");
+  EXPECT_EQ(run.cell(keys::matchedSummary, {"CD_CasesCompared", "CD_Percent", "CD_Active"}), "100");
+  EXPECT_EQ(run.cell(keys::byCases, {"CD_CasesContainingMismatches", "CD_Percent"}), "100");
+  EXPECT_EQ(run.cell(keys::byVariables, {"x", "CD_Percent"}), "100");
+}
+
 TEST(MatchedSummary, ShowsZeroPercentOfADatasetWithoutCases) {
   ProcedureRun run(dataset().numeric("x", {1, 2}), dataset().numeric("x", {}));
   run.run("/COMPDATASET=b /VARIABLES=ALL");

@@ -71,6 +71,14 @@ TEST(TextValues, AreNotComparedBeyondTheWidthOfTheirVariable) {
   EXPECT_EQ(wider.run(all).values("CasesCompare"), "0");
 }
 
+TEST(TextValues, AreHeldAgainstEachOtherInTheSharedWidthByTheHostUnlessTheirBytesAreTheSame) {
+  ProcedureRun run(dataset().text("t", 4, {"AB", "AB", "ABCD"}), dataset().text("t", 6, {"AB", "AC", "ABCDEF"}));
+  run.run(all);
+  EXPECT_EQ(run.journalLines({"VRIXMBstrnbcmp_A("}),
+            (std::vector<std::string>{"VRIXMBstrnbcmp_A(\"AB  \", \"AC  \") -> -1"}));
+  EXPECT_EQ(run.values("CasesCompare"), "0 1 1");
+}
+
 TEST(NumberValues, AreEqualWhenTheyAreTheSame) {
   EXPECT_TRUE(equalNumbers(1.5, 1.5));
   EXPECT_FALSE(equalNumbers(1.5, 1.25));

@@ -89,6 +89,14 @@ TEST(ValueLabelsTable, ListsTextsInTheOrderOfTheirBytes) {
             "<t>|t:\"\xc3\xa9\"|CD_Mismatched = CD_Mismatch\n");
 }
 
+TEST(ValueLabelsTable, ShowsVariablesAndValuesUnderTheActiveVariable) {
+  ProcedureRun run(dataset().numeric("X", {1}).text("T", 1, {"a"}),
+                   dataset().numeric("x", {1}, numbers({{1, "one"}})).text("t", 1, {"a"}, texts({{"a", "A"}})));
+  run.run(all);
+  EXPECT_EQ(shapeOf(run.table(keys::valueLabels)).substr(0, 72),
+            "CD_Variable 2 (0,2,false,false) <X> <T>\nCD_Value 2 (unplaced) X:1 T:\"a\"\n");
+}
+
 TEST(ValueLabelsTable, MarksEveryValueOfAVariableThatHasLabelsOnOneSideOnly) {
   ProcedureRun run(dataset().numeric("x", {1}), dataset().numeric("x", {1}, numbers({{1, "one"}, {2, "two"}})));
   run.run(all);
@@ -133,6 +141,19 @@ TEST(ValueLabelsTable, ListsVariableByVariableThoseThatDifferOnly) {
             "<t>|t:\"a\"|CD_Mismatched = CD_Mismatch\n");
   EXPECT_EQ(run.outcome(), "completed");
   EXPECT_EQ(run.table(keys::valueLabels, 1), nullptr);  // it is written once
+}
+
+TEST(ValueLabelsTable, ListsVariablesAndTheirValuesAsTheActiveDatasetHasThem) {
+  ProcedureRun run(dataset().numeric("Age", {1}).text("Kind", 2, {"a"}),
+                   dataset().numeric("AGE", {1}, numbers({{1, "one"}})).text("KIND", 2, {"a"}, texts({{"a", "A"}})));
+  run.run(all);
+  EXPECT_EQ(cellsOf(run.table(keys::valueLabels)),
+            "<Age>|Age:1|CD_Active = \".\"\n"
+            "<Age>|Age:1|CD_Comparison = \"one\"\n"
+            "<Age>|Age:1|CD_Mismatched = CD_Mismatch\n"
+            "<Kind>|Kind:\"a\"|CD_Active = \".\"\n"
+            "<Kind>|Kind:\"a\"|CD_Comparison = \"A\"\n"
+            "<Kind>|Kind:\"a\"|CD_Mismatched = CD_Mismatch\n");
 }
 
 TEST(ValueLabelsTable, ShowsTheLabelsOfOneValueUnderEachVariableThatHasIt) {

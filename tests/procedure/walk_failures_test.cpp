@@ -99,6 +99,17 @@ TEST(AFailedWalk, ClosesTheOutputsWhenCasesAreOutOfOrderAndTheHostAbandonsThem) 
   EXPECT_EQ(run.journalLine("Caption("), -1);  // the case table gets none
 }
 
+TEST(AFailedWalk, AddsNoNotesWhenOneDatasetHasEndedAndTheOtherIsOutOfOrder) {
+  for (const bool inActive : {true, false}) {
+    const DatasetBuilder unsorted = cases({1, 3, 2}, {1, 1, 1});
+    const DatasetBuilder ended = cases({1}, {1});
+    ProcedureRun run(inActive ? unsorted : ended, inActive ? ended : unsorted);
+    run.run(byId);
+    EXPECT_EQ(run.outcome(), "left by VrixGoToCaller");
+    EXPECT_EQ(run.notes(), "");
+  }
+}
+
 TEST(AFailedWalk, ReportsAnErrorTextOfEitherDataset) {
   FakedRun active(alternating(false), alternating(true));
   active.activeSource.onIterator = throwsAt(5, ErrorText("The disk is gone."));

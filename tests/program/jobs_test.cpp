@@ -41,7 +41,7 @@ TEST(Compare, SavesMatchedAndMismatchedCasesAndTheFlaggedDataset) {
   EXPECT_EQ(entries.folder.read("m.csv"), "id,name,x\n1,ann,1.5\n");
   EXPECT_EQ(entries.folder.read("n.csv"), "id,name,x\n2,bob,2.5\n5,eve,5\n");
   EXPECT_EQ(entries.folder.read("s.csv"), "id,name,x,CasesCompare\n1,ann,1.5,0\n2,bob,2.5,1\n3,cy,3.5,-1\n5,eve,5,1\n");
-  EXPECT_EQ(entries.folder.names(), "a.csv b.csv m.csv n.csv s.csv");
+  EXPECT_EQ(entries.folder.names(), "a.csv b.csv m.csv m.schema.json n.csv n.schema.json s.csv s.schema.json");
 }
 
 TEST(Compare, NamesTheDatasetThatLacksACaseIdAndLetsTheComparisonSayTheRest) {
@@ -125,6 +125,18 @@ TEST(Job, ACommandThatIsRefusedDoesNotStopItUnlessAsked) {
             "completed completed completed refused");
 }
 
+TEST(Job, SaysSoWhenAProcedureEndsWithoutAResultAndWithoutAReason) {
+  const TwoEntries entries;
+  // The procedure refuses this list without a word.
+  const auto results =
+      entries.job("COMPARE DATASETS /COMPDATASET=second /VARIABLES=ALL /OUTPUT VARPROPERTIES=LABEL ALL.\n");
+  EXPECT_EQ(outcomesOf(results), "completed completed completed refused");
+  EXPECT_EQ(results["verdict"], "trouble");
+  EXPECT_NE(results["commands"][3].dump().find("COMPARE DATASETS ended without a result and without a reason."),
+            std::string::npos)
+      << results["commands"][3].dump();
+}
+
 TEST(Job, PutsTheOutputsOfAFailedCommandNowhere) {
   const TwoEntries entries;
   entries.folder.write("c.csv", "id,name,x\n9,zed,1\n1,ann,1\n");
@@ -152,6 +164,17 @@ TEST(Job, NeverWritesOverAFileThatDataAreReadFrom) {
       "COMPARE DATASETS /COMPDATASET=second /VARIABLES=ALL /CASEID=id /SAVE MATCHDATASET=YES MATCHNAME='./b.csv'.\n");
   EXPECT_EQ(results["verdict"], "trouble");
   EXPECT_EQ(entries.folder.read("b.csv"), before);
+}
+
+TEST(Job, LetsGoOfTheFileOfAClosedDatasetThatARefusedComparisonLeftOpen) {
+  const TwoEntries entries;
+  entries.folder.write("b.csv", "id,x\n1,1.5\n");
+  const auto results = entries.job(
+      "COMPARE DATASETS /COMPDATASET=second /VARIABLES=x /CASEID=name /SAVE FLAGMISMATCHES=NO.\n"
+      "CLOSE DATASET NAME=second.\n"
+      "SAVE DATA FILE='b.csv'.\n");
+  EXPECT_EQ(outcomesOf(results), "completed completed completed refused completed completed");
+  EXPECT_EQ(entries.folder.read("b.csv"), entries.folder.read("a.csv"));
 }
 
 TEST(Job, HidesPasswordsInWhatItShows) {

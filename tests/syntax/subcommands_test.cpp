@@ -175,6 +175,7 @@ TEST_P(Variables, AreValidatedWithoutTheNamesThatTheActiveDatasetLacks) {
   EXPECT_EQ(parsed.options().compareVariables(), list.variables) << list.written;
   EXPECT_EQ(missing(parsed), list.missing) << list.written;
   EXPECT_EQ(parsed.messages(), list.accepted ? "" : "parser\n") << list.written;
+  EXPECT_EQ(calls(parsed, {"getSubComObj(\"CASEID\")"}).empty(), !list.accepted) << list.written;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -79,7 +79,7 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
       .add_option(
           "--properties", request.properties,
           "Dictionary properties to compare: all, none, or some of width, label, valuelabels, missing, columns, "
-          "align, measure, role, attributes (default: none)")
+          "align, measure, role, attributes (default: all when both datasets bring a dictionary, else none)")
       ->delimiter(',')
       ->type_name("P,Q");
   auto* flag = command.add_option("--flag", request.flagName, "Name of the flag variable (default: CasesCompare)");
@@ -200,6 +200,7 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
   }
 
   if (program.got_subcommand("compare")) {
+    compare.propertiesAreAsked = program.get_subcommand("compare")->count("--properties") != 0;
     if (auto settled = settle(compare.request); !settled) return settled.problem();
     options.command = compare;
   } else if (program.got_subcommand("run")) {

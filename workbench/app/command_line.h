@@ -26,6 +26,7 @@ struct OutputChoice {
 
 struct CompareCommand {
   CompareRequest request;
+  bool propertiesAreAsked = false;  // else all are compared when both datasets bring a dictionary
   OutputChoice output;
   bool showSyntax = false;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/runtime.h"
+#include "workbench/data/working/handed_out.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 
@@ -35,6 +36,11 @@ CommandRun::CommandRun(Session& session, const language::JobCommand& command)
 }
 
 CommandRun::~CommandRun() {
+  {
+    // A host's own command may have closed a dataset to which a procedure before it left a reference.
+    const Journal::Pause pause(journal());
+    data::letGoOfAllHandedOut();
+  }
   const Settings settings = currentRun().settings;  // these hold for the commands that follow
   currentRun() = CurrentRun();
   currentRun().settings = settings;

@@ -13,6 +13,7 @@
 #include "workbench/app/results_output.h"
 #include "workbench/app/session.h"
 #include "workbench/app/verdict.h"
+#include "workbench/data/data_file.h"
 #include "workbench/output/display_text.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/diagnostics.h"
@@ -50,7 +51,11 @@ std::string namesOf(const std::vector<std::string>& names) {
 }
 
 Outcome<Job> jobOf(const CompareCommand& compare) {
-  Job job{compareJob(compare.request), OnError::stopButForSort};
+  CompareRequest request = compare.request;
+  const bool bothBringDictionaries =
+      data::bringsDictionary(request.active) && data::bringsDictionary(request.comparison);
+  if (!compare.propertiesAreAsked && bothBringDictionaries) request.properties = {"all"};
+  Job job{compareJob(request), OnError::stopButForSort};
   if (compare.showSyntax) std::cout << job.text << '\n';
   return job;
 }

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "workbench/data/case_block.h"
 #include "workbench/data/dictionary.h"
@@ -30,6 +32,8 @@ class CaseWriter {
  public:
   virtual ~CaseWriter() = default;  // abandons what was not committed, leaving nothing behind
 
+  // What of the dataset the file cannot hold. Sentences.
+  virtual std::vector<std::string> warnings() const { return {}; }
   // Cases that lie `caseSlots` slots apart. Throws ErrorText when they cannot be written.
   virtual void append(const OBS* cases, std::size_t count, std::size_t caseSlots) = 0;
   // Completes the output in its private place and syncs it. Throws ErrorText.

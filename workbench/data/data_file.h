@@ -21,6 +21,8 @@ class DataFile {
 
   virtual const Dictionary& dictionary() const = 0;
   virtual const std::string& path() const = 0;  // as written
+  // The file in which its dictionary is written down; empty when the dictionary was inferred.
+  virtual std::string dictionaryFile() const { return {}; }
   // The files that the cases are read from, where these are others than what the path names. None may be replaced.
   virtual std::vector<std::string> furtherFiles() const { return {}; }
   virtual std::optional<std::int64_t> caseCount() const = 0;
@@ -38,7 +40,16 @@ struct OpenOptions {
 // Opens a data file; its whole content has been read and found sound when types had to be inferred.
 Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, const OpenOptions& options);
 
-// Begins writing a data file of the kind that its name's ending says. Nothing stands at `path` before commit().
+// Whether a dictionary is written down for the data file, or said to be: a file that cannot be read says so when it is
+// opened.
+bool bringsDictionary(const std::string& path);
+
+// The file that is written beside the data file, with its dictionary; none where that goes into a package, which is
+// brought up to date.
+Outcome<std::optional<std::string>> fileWrittenBeside(const std::string& path);
+
+// Begins writing a data file of the kind that its name's ending says, and its dictionary. Nothing stands at `path`
+// before commit().
 Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, const Dictionary& dictionary,
                                                     const std::string& password);
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "workbench/data/data_file.h"
 #include "workbench/data/working/refusal.h"
 #include "workbench/text/folding.h"
 
@@ -41,8 +42,28 @@ Outcome<std::shared_ptr<OutputSet::Output>> OutputSet::addFile(std::string_view 
   auto output = std::make_shared<Output>();
   output->name_ = path;
   output->place_ = place;
+  if (const auto claimed = claimDictionary(*output, mayReplace); !claimed) return claimed.problem();
   outputs_.push_back(output);
   return output;
+}
+
+// Two data files can be so alike in their names that one file would have to hold the dictionaries of both.
+Outcome<Done> OutputSet::claimDictionary(Output& output, const FileInUse* mayReplace) const {
+  const auto path = fileWrittenBeside(output.name_);
+  if (!path) return path.problem();
+  if (!*path) return Done{};
+  const FilePlace place = FilePlace::of(**path);
+  if (FileInUse::anyIsAt(place, mayReplace)) {
+    return problem("The dictionary of ^1 would replace ^2, and data that are open come from it; choose another name.",
+                   {cleanedPath(output.name_), cleanedPath(**path)});
+  }
+  for (const auto& other : outputs_) {
+    if (other->isAbandoned_ || !other->dictionaryPlace_ || *other->dictionaryPlace_ != place) continue;
+    return problem("The dictionaries of ^1 and ^2 would both be written to ^3; choose another name.",
+                   {cleanedPath(other->name_), cleanedPath(output.name_), cleanedPath(**path)});
+  }
+  output.dictionaryPlace_ = place;
+  return Done{};
 }
 
 Outcome<std::shared_ptr<OutputSet::Output>> OutputSet::addDataset(std::string_view handle) {

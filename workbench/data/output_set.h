@@ -45,7 +45,8 @@ class OutputSet {
    private:
     friend class OutputSet;
     std::string name_;
-    std::optional<FilePlace> place_;  // of a file
+    std::optional<FilePlace> place_;            // of a file
+    std::optional<FilePlace> dictionaryPlace_;  // of the file with its dictionary, where it has one of its own
     bool isAbandoned_ = false;
     std::unique_ptr<CaseWriter> writer_;
     std::function<void()> afterCommit_;
@@ -58,7 +59,8 @@ class OutputSet {
   OutputSet& operator=(const OutputSet&) = delete;
   ~OutputSet() { abandon(); }
 
-  // Announces a file. Of the files that data came from, only the one named here may be replaced.
+  // Announces a file, and with it the one that its dictionary is written to. Of the files that data came from, only
+  // those named here may be replaced.
   Outcome<std::shared_ptr<Output>> addFile(std::string_view path, const FileInUse* mayReplace = nullptr);
   // Announces a dataset that is to be open under that handle.
   Outcome<std::shared_ptr<Output>> addDataset(std::string_view handle);
@@ -70,6 +72,7 @@ class OutputSet {
   void abandon() noexcept;
 
  private:
+  Outcome<Done> claimDictionary(Output& output, const FileInUse* mayReplace) const;
   Outcome<Done> commitFiles(std::vector<std::shared_ptr<Output>>& outputs);
 
   OutputDatasets* datasets_;

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "workbench/language/hidden_passwords.h"
-#include "workbench/language/nearest_word.h"
 #include "workbench/language/tokens.h"
 #include "workbench/language/value_rules.h"
+#include "workbench/text/nearest_word.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::language {
@@ -202,7 +202,7 @@ bool CommandParser::unexpected(std::string_view context, std::string expected, c
   problem.lastToken = tokens_.empty() ? nullptr : &tokens_.back();
   problem.expected = std::move(expected);
   problem.isPassword = isPassword;
-  if (atWord() && !isPassword) problem.nearest = nearestWord(here()->getString(), known);
+  if (atWord() && !isPassword) problem.nearest = text::nearestWord(here()->getString(), known);
   reportUnexpected(context, problem);
   return false;
 }

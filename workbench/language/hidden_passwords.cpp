@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "workbench/language/nearest_word.h"
 #include "workbench/text/folding.h"
+#include "workbench/text/nearest_word.h"
 
 namespace workbench::language {
 
@@ -46,7 +46,7 @@ ValueRange valuesOf(const std::vector<PlacedToken>& tokens, std::size_t keyword)
 bool isPasswordKeyword(std::string_view name) {
   const std::string folded = text::foldedName(name);
   return folded.ends_with("pass") || folded.ends_with("password") ||
-         editDistance(folded, "password", misspellings) <= misspellings;
+         text::editDistance(folded, "password", misspellings) <= misspellings;
 }
 
 std::string shownSyntax(std::string_view job, const CommandText& command) {

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "workbench/language/hidden_passwords.h"
-#include "workbench/language/nearest_word.h"
 #include "workbench/language/syntax_report.h"
 #include "workbench/text/folding.h"
+#include "workbench/text/nearest_word.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::language {
@@ -69,7 +69,7 @@ std::optional<std::string> nearestName(const Words& words, const std::vector<Kno
     for (const KnownName& candidate : known) {
       if (candidate.words.size() == count || count == 1) names.push_back(candidate.name);
     }
-    nearest = nearestWord(join(words, count), names);
+    nearest = text::nearestWord(join(words, count), names);
   }
   return nearest;
 }

@@ -8,11 +8,11 @@
 #include "host/data.h"
 #include "host/parser.h"
 #include "workbench/language/grammar_state.h"
-#include "workbench/language/nearest_word.h"
 #include "workbench/language/syntax_report.h"
 #include "workbench/language/tokens.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/folding.h"
+#include "workbench/text/nearest_word.h"
 #include "workbench/text/wording.h"
 
 struct VarSpecObj::State {
@@ -138,7 +138,7 @@ class VariableListReader {
     for (std::int32_t variable = 0; variable < count; ++variable)
       names.push_back(source_.GetVariable(variable).GetName());
     std::string what = sentence("there is no variable ^1 in the active dataset.", {shownToken(token)});
-    if (const auto nearest = nearestWord(token.getString(), names))
+    if (const auto nearest = text::nearestWord(token.getString(), names))
       what += " " + sentence("Did you mean ^1?", {*nearest});
     return refuse(token, what);
   }

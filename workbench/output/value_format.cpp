@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 
+#include "workbench/data/cells/calendar_text.h"
 #include "workbench/output/date_format.h"
 
 namespace workbench::output {
@@ -109,6 +110,8 @@ std::string formattedNumber(double value, FormatType type, std::int32_t width, s
       return timeText(value, decimals).value_or(fullNumber(value));
     case FormatType::dateTime:
       return dateTimeText(value, decimals).value_or(fullNumber(value));
+    case FormatType::duration:
+      return data::durationText(value).value_or(fullNumber(value));
     case FormatType::text:
       break;
   }
@@ -137,6 +140,7 @@ std::string fullNumber(double value, FormatType type) {
   }
   const bool isWholeDay = value == std::floor(value);
   if (type == FormatType::date && isWholeDay) text = dateText(value);
+  if (type == FormatType::duration) text = data::durationText(value);
   return text.value_or(fullNumber(value));
 }
 

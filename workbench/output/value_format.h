@@ -20,7 +20,8 @@ enum class NumberStyle {
 bool isSystemMissing(double value);
 
 // The value in the print format; "." when it is system-missing. A date or time that no calendar has (years 1 to 9999)
-// is shown as the plain number.
+// is shown as the plain number. A duration is shown whole, as ISO 8601 writes it, or as the plain number when no text
+// says it.
 std::string formattedNumber(double value, FormatType type, std::int32_t width, std::int32_t decimals,
                             NumberStyle style);
 

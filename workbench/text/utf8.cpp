@@ -24,4 +24,13 @@ void appendCharacter(std::string& text, std::int32_t codePoint) {
 
 #pragma GCC diagnostic pop
 
+bool isUtf8(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const Character character = characterAt(text, at);
+    if (character.codePoint < 0) return false;
+    at += character.bytes;
+  }
+  return true;
+}
+
 }  // namespace workbench::text

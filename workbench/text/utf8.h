@@ -19,4 +19,7 @@ Character characterAt(std::string_view text, std::size_t at);
 // Requires: codePoint is one (not negative, no surrogate).
 void appendCharacter(std::string& text, std::int32_t codePoint);
 
+// Whether all of the text is UTF-8.
+bool isUtf8(std::string_view text);
+
 }  // namespace workbench::text

@@ -9,6 +9,7 @@
 
 #include "tests/data/files/file_fixture.h"
 #include "workbench/data/files/csv_case_reader.h"
+#include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 
 namespace workbench::data {
@@ -36,8 +37,8 @@ Dictionary dictionaryOfThree() {
 
 // Characters that CSV cares about, and others of one to four bytes.
 std::string textOf(const std::vector<std::uint8_t>& picks) {
-  static const std::vector<std::string> pieces{"a", "1",  ",", "\"", "\n", "\r", "\r\n",
-                                               " ", "\t", ".", "ä",  "€",  "😀", "-"};
+  static const std::vector<std::string> pieces{"a",  "1", ",", "\"", "\n", "\r", "\r\n",         " ",
+                                               "\t", ".", "ä", "€",  "😀", "-",  "\xEF\xBB\xBF", "#"};
   std::string text;
   for (const std::uint8_t pick : picks) {
     const std::string& piece = pieces[pick % pieces.size()];
@@ -90,12 +91,21 @@ std::vector<OBS> slotsRead(const std::string& path, const Dictionary& dictionary
   const auto evidence = evidenceOf(path, kind);
   if (!evidence) throw std::runtime_error(evidence.problem().text());
   CsvCaseReader reader(std::make_shared<const CsvTable>(path, kind, *evidence, dictionary));
-  CaseBlock block(caseSlots);
+  CaseBlock block(CaseLayout(dictionary).caseSlots);
   std::vector<OBS> slots;
   for (reader.fill(block); block.cases() != 0; reader.fill(block)) {
-    slots.insert(slots.end(), block.begin(), block.begin() + block.cases() * caseSlots);
+    slots.insert(slots.end(), block.begin(), block.begin() + block.cases() * block.caseSlots());
   }
   return slots;
+}
+
+void write(const std::string& path, const Dictionary& dictionary, const std::vector<OBS>& slots) {
+  const auto writer = createCsvFile(path, *fileKind(path), dictionary);
+  if (!writer) throw std::runtime_error(writer.problem().text());
+  const std::size_t slotsOfCase = CaseLayout(dictionary).caseSlots;
+  (*writer)->append(slots.data(), slots.size() / slotsOfCase, slotsOfCase);
+  (*writer)->complete();
+  (*writer)->commit();
 }
 
 bool sameBytes(const std::vector<OBS>& left, const std::vector<OBS>& right) {
@@ -110,12 +120,118 @@ TEST(CsvRoundTrip, GivesTheSameCasesForEveryKindOfFile) {
     constexpr const char* names[] = {"a.csv", "a.tsv", "a.csv.gz", "a.csv.zst"};
     const std::string path = folder.path(names[pick % std::size(names)]);
     const std::vector<OBS> slots = slotsOf(rows);
-    const auto writer = createDataFile(path, dictionary, "");
-    (*writer)->append(slots.data(), rows.size(), caseSlots);
-    (*writer)->complete();
-    (*writer)->commit();
+    write(path, dictionary, slots);
     RC_ASSERT(sameBytes(slotsRead(path, dictionary), slots));
   }));
+}
+
+Variable textVariable(std::string name, std::int32_t width) {
+  Variable variable;
+  variable.name = std::move(name);
+  variable.width = width;
+  return variable;
+}
+
+// Cases of one text of that width.
+std::vector<OBS> slotsOf(const std::vector<std::string>& texts, std::size_t width) {
+  const std::size_t slotsOfText = (width + sizeof(OBS) - 1) / sizeof(OBS);
+  std::vector<OBS> slots(texts.size() * slotsOfText);
+  if (slots.empty()) return slots;
+  std::memset(slots.data(), ' ', slots.size() * sizeof(OBS));
+  for (std::size_t index = 0; index < texts.size(); ++index) {
+    std::memcpy(slots[index * slotsOfText].text, texts[index].data(), texts[index].size());
+  }
+  return slots;
+}
+
+TEST(CsvRoundTrip, GivesTheSameCasesForOneText) {
+  const TestFolder folder;
+  Dictionary dictionary;
+  dictionary.add(textVariable("only", textWidth));
+  EXPECT_TRUE(rc::check([&](const std::vector<std::vector<std::uint8_t>>& rows, bool hasTabs) {
+    std::vector<std::string> texts;
+    for (const std::vector<std::uint8_t>& picks : rows) texts.push_back(textOf(picks));
+    const std::string path = folder.path(hasTabs ? "a.tsv" : "a.csv");
+    const std::vector<OBS> slots = slotsOf(texts, textWidth);
+    write(path, dictionary, slots);
+    RC_ASSERT(sameBytes(slotsRead(path, dictionary), slots));
+  }));
+}
+
+TEST(CsvRoundTrip, KeepsTextsThatMeanSomethingElsewhere) {
+  const TestFolder folder;
+  Dictionary dictionary;
+  dictionary.add(textVariable("only", textWidth));
+  const std::vector<OBS> slots = slotsOf({"",           "\xEF\xBB\xBFmark",
+                                          "# comment",  " blank before",
+                                          "\t",         "\r",
+                                          "\r\n",       "\"",
+                                          "\"\"",       "\"in quotes\"",
+                                          "'",          ",",
+                                          ";",          "\\",
+                                          "\\N",        "NULL",
+                                          "12",         "007",
+                                          "2026-11-21", "true",
+                                          "=1+1",       ""},
+                                         textWidth);
+  for (const char* name : {"a.csv", "a.tsv", "a.csv.gz", "a.csv.zst"}) {
+    write(folder.path(name), dictionary, slots);
+    EXPECT_TRUE(sameBytes(slotsRead(folder.path(name), dictionary), slots)) << name;
+  }
+}
+
+TEST(CsvRoundTrip, KeepsTheNamesOfVariables) {
+  const TestFolder folder;
+  const std::vector<std::string> names{
+      "\xEF\xBB\xBFmark", "with, comma", "\"quotes\"", "two\nlines", "\r", "tab\t", " blanks ",
+      "# comment",        "*",           "rowid",      "select",     "c1", "C0",    "straße",
+      "strasse",          "ı",           "i",          "filename"};
+  Dictionary dictionary;
+  for (const std::string& name : names) {
+    Variable variable;
+    variable.name = name;
+    dictionary.add(variable);
+  }
+  for (const char* file : {"a.csv", "a.tsv"}) {
+    write(folder.path(file), dictionary, std::vector<OBS>(names.size()));
+    const auto evidence = evidenceOf(folder.path(file), *fileKind(file));
+    ASSERT_TRUE(evidence) << evidence.problem().text();
+    EXPECT_EQ((*evidence)->header, names);
+    EXPECT_TRUE(sameBytes(slotsRead(folder.path(file), dictionary), std::vector<OBS>(names.size())));
+  }
+}
+
+TEST(CsvRoundTrip, KeepsVeryLongTexts) {
+  const TestFolder folder;
+  constexpr std::size_t width = std::size_t{1} << 20;
+  Dictionary dictionary;
+  dictionary.add(textVariable("long", width));
+  std::vector<std::string> texts;
+  for (std::size_t index = 0; index < 9; ++index) {
+    std::string text(width - index, static_cast<char>('a' + index));
+    text[width / 2] = index % 2 == 0 ? '"' : '\n';
+    texts.push_back(text);
+  }
+  const std::vector<OBS> slots = slotsOf(texts, width);
+  write(folder.path("a.csv"), dictionary, slots);
+  EXPECT_TRUE(sameBytes(slotsRead(folder.path("a.csv"), dictionary), slots));
+}
+
+TEST(CsvRoundTrip, KeepsTwoThousandVariables) {
+  const TestFolder folder;
+  constexpr std::size_t variables = 2000;
+  Dictionary dictionary;
+  for (std::size_t index = 0; index < variables; ++index) {
+    Variable variable;
+    variable.name = fmt::format("variable{}", index);
+    dictionary.add(variable);
+  }
+  std::vector<OBS> slots(variables * 500);
+  for (std::size_t index = 0; index < slots.size(); ++index) {
+    slots[index].number = index % 7 == 0 ? systemMissing : static_cast<double>(index) / 8;
+  }
+  write(folder.path("a.csv"), dictionary, slots);
+  EXPECT_TRUE(sameBytes(slotsRead(folder.path("a.csv"), dictionary), slots));
 }
 
 // Quotes as others do: every field, or where an odd number says so.

@@ -1,13 +1,18 @@
 // What is written, byte by byte, and what stands on disk when.
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cmath>
+#include <csignal>
 #include <cstring>
 #include <limits>
 
 #include "host/messages.h"
 #include "tests/data/files/file_fixture.h"
+#include "workbench/data/files/csv_case_writer.h"
 
 namespace workbench::data {
 namespace {
@@ -45,9 +50,9 @@ OBS slot(const char* eightBytes) {
   return obs;
 }
 
-// Requires: the path can be written.
+// Only the data file, not its dictionary. Requires: the path can be written.
 std::unique_ptr<CaseWriter> created(const std::string& path, const Dictionary& dictionary) {
-  auto writer = createDataFile(path, dictionary, "");
+  auto writer = createCsvFile(path, *fileKind(path), dictionary);
   EXPECT_TRUE(writer) << writer.problem().text();
   return std::move(*writer);
 }
@@ -82,10 +87,9 @@ TEST(CsvWriting, QuotesTextsOnlyWhereNeeded) {
             "\"a,\"\"b\"\"\",t\n\"x,y\",\"say \"\"hi\"\"\"\n\"p\nq\", blank\n,plain\n");
 }
 
-TEST(CsvWriting, QuotesTextsThatLookLikeNumbersOrDates) {
-  EXPECT_EQ(written(dictionaryOf({text("t", 16)}), {slot("12      "), slot("        "), slot("2026-01-"),
-                                                    slot("01      "), slot("007     "), slot("        ")}),
-            "t\n\"12\"\n\"2026-01-01\"\n007\n");
+TEST(CsvWriting, QuotesALoneCarriageReturnAndWhatOthersTakeForAComment) {
+  EXPECT_EQ(written(dictionaryOf({text("#t", 8)}), {slot("p\rq     "), slot("#1      "), slot("1       ")}),
+            "\"#t\"\n\"p\rq\"\n\"#1\"\n1\n");
 }
 
 TEST(CsvWriting, QuotesOnlyTabsInTabSeparatedFiles) {
@@ -97,12 +101,16 @@ TEST(CsvWriting, WritesAnEmptyCaseOfOneColumnVisibly) {
   EXPECT_EQ(written(dictionaryOf({number("a")}), {slot(1), slot(systemMissing)}), "a\n1\n\"\"\n");
 }
 
-TEST(CsvWriting, QuotesANameThatBeginsWithAByteOrderMark) {
-  EXPECT_EQ(written(dictionaryOf({number("\xEF\xBB\xBF"
-                                         "a")}),
-                    {slot(1)}),
-            "\"\xEF\xBB\xBF"
-            "a\"\n1\n");
+TEST(CsvWriting, WritesADatasetWithoutCasesAsItsHeader) {
+  EXPECT_EQ(written(dictionaryOf({number("a"), text("b", 8)}), {}), "a,b\n");
+}
+
+TEST(CsvWriting, QuotesAFirstNameThatBeginsWithAByteOrderMarkAndItsWholeColumn) {
+  const Dictionary dictionary = dictionaryOf({number("\xEF\xBB\xBF\"a\""), number("\xEF\xBB\xBF"
+                                                                                  "b")});
+  EXPECT_EQ(written(dictionary, {slot(1), slot(2), slot(systemMissing), slot(3)}),
+            "\"\xEF\xBB\xBF\"\"a\"\"\",\xEF\xBB\xBF"
+            "b\n\"1\",2\n,3\n");
 }
 
 TEST(CsvWriting, TakesCasesFurtherApart) {
@@ -154,6 +162,19 @@ TEST(CsvWriting, KeepsThePermissionsOfTheFileThatItReplaces) {
   struct stat status{};
   ASSERT_EQ(::stat(path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST(CsvWriting, ReplacesAFileThatItsOwnerMayNotWriteTo) {
+  const TestFolder folder;
+  const std::string path = folder.write("a.csv", "old\n");
+  ASSERT_EQ(::chmod(path.c_str(), 0440), 0);
+  const auto writer = created(path, dictionaryOf({number("a")}));
+  writer->complete();
+  writer->commit();
+  struct stat status{};
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0440U);
+  EXPECT_EQ(folder.read("a.csv"), "a\n");
 }
 
 TEST(CsvWriting, ReplacesWhatALinkPointsTo) {
@@ -212,6 +233,69 @@ TEST(CsvWriting, RefusesValuesThatNoTextHolds) {
             "a.csv: In case 1 the value of \"x\" holds a NUL byte, so it cannot be written; correct the value.");
 }
 
+// No file of this process grows beyond that size as long as this lives.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : handler_(::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &former_);
+    const rlimit limit{bytes, former_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &former_);
+    ::signal(SIGXFSZ, handler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  sighandler_t handler_;
+  rlimit former_{};
+};
+
+// What stops the writing of that many different numbers when no file grows beyond the limit.
+std::string problemOfWriting(const std::string& path, int numbers, rlim_t limitBytes) {
+  const FileSizeLimit limit(limitBytes);
+  std::vector<OBS> slots;
+  for (int index = 0; index < numbers; ++index) slots.push_back(slot(std::sqrt(index)));
+  const auto writer = created(path, dictionaryOf({number("a")}));
+  try {
+    writer->append(slots.data(), slots.size(), 1);
+    writer->complete();
+    writer->commit();
+  } catch (const ErrorText& error) {
+    return error.GetText();
+  }
+  return "";
+}
+
+TEST(CsvWriting, SaysWhyAFileCannotGrowAndLeavesNothingOfItBehind) {
+  const TestFolder folder;
+  constexpr int numbers = 20'000;
+  for (const std::string name : {"a.csv", "a.csv.gz", "a.csv.zst"}) {
+    const std::string path = folder.path(name);
+    const std::string tooLarge = path + ": The file cannot be written (File too large).";
+    ASSERT_EQ(problemOfWriting(path, numbers, RLIM_INFINITY), "");
+    const auto bytes = static_cast<rlim_t>(std::filesystem::file_size(path));
+    EXPECT_EQ(problemOfWriting(path, numbers, bytes), "");
+    std::filesystem::remove(path);
+    for (const rlim_t limit : {bytes - 1, bytes - 9, bytes / 2, rlim_t{1}}) {
+      EXPECT_EQ(problemOfWriting(path, numbers, limit), tooLarge) << limit << " of " << bytes;
+      EXPECT_TRUE(folder.names().empty());
+    }
+  }
+}
+
+TEST(CsvWriting, RefusesNamesThatNoTextHolds) {
+  const TestFolder folder;
+  for (const std::string& name : {std::string(), std::string("a\0b", 3), std::string("a\xFF")}) {
+    const auto writer = createDataFile(folder.path("a.csv"), dictionaryOf({number("a"), number(name)}), "");
+    ASSERT_FALSE(writer);
+    EXPECT_EQ(writer.problem().text(), folder.path("a.csv") + ": The name of variable 2 cannot be written as text.");
+  }
+  EXPECT_TRUE(folder.names().empty());
+}
+
 std::string creationProblem(const TestFolder& folder, const std::string& name, const Dictionary& dictionary,
                             const std::string& password = "") {
   const auto writer = createDataFile(folder.path(name), dictionary, password);
@@ -234,6 +318,15 @@ TEST(CsvWriting, SaysWhyAFileCannotBeCreated) {
             "a.csv: A file of this kind cannot be protected by a password. Leave the password out.");
   EXPECT_EQ(creationProblem(folder, "a.csv", Dictionary()),
             "a.csv: A dataset without variables cannot be written as text. Save one that has a variable, or none.");
+}
+
+TEST(CsvWriting, SaysWhenTheFolderCannotBeWrittenTo) {
+  if (::geteuid() == 0) GTEST_SKIP() << "The system refuses nothing to its administrator.";
+  const TestFolder folder;
+  std::filesystem::create_directory(folder.path("closed"));
+  ASSERT_EQ(::chmod(folder.path("closed").c_str(), 0500), 0);
+  EXPECT_EQ(creationProblem(folder, "closed/a.csv", dictionaryOf({number("a")})),
+            "closed/a.csv: The folder of the file cannot be written to. Name a folder in which you may write.");
 }
 
 }  // namespace

@@ -14,8 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/data/cells/system_missing.h"
 #include "workbench/data/data_file.h"
-#include "workbench/data/files/system_missing.h"
 
 namespace workbench::data {
 

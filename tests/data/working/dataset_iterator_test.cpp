@@ -92,6 +92,18 @@ TEST(DatasetIterator, PassesOverBlocksInWhichTheFilterLeavesNoCase) {
   EXPECT_EQ(walked(active, 0), "0:7");
 }
 
+TEST(DatasetIterator, StopsAtNoEndOfASplitGroup) {
+  const auto dataset = keptDataset(data().numeric("group", {1, 1, 2, 2, 3}));
+  dataset->dictionary().split = {0};
+  DatasetSource active(dataset, SourceKind::active);
+  for (const bool check : {true, false}) {
+    active.setSplitEndCheck(check);
+    EXPECT_EQ(walked(active, 0), "0:1 1:1 2:2 3:2 4:3") << check;
+  }
+  DatasetSource comparison(dataset, SourceKind::readOnlyView);
+  EXPECT_EQ(walked(comparison, 0), "0:1 1:1 2:2 3:2 4:3");
+}
+
 TEST(DatasetIterator, RefusesAStringAsFilter) {
   const auto dataset = keptDataset(data().text("t", 3, {"abc"}).filter("t"));
   DatasetSource active(dataset, SourceKind::active);

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <numeric>
 
-#include "workbench/data/files/calendar_text.h"
-#include "workbench/data/files/decimal_text.h"
+#include "workbench/data/cells/calendar_text.h"
+#include "workbench/data/cells/decimal_text.h"
 
 namespace workbench::data {
-namespace {
 
-// The beginning of a cell for messages, cut between characters.
 CellSighting sightingOf(std::string_view cell, std::uint64_t line) {
   constexpr std::size_t longest = 40;
   if (cell.size() <= longest) return {line, std::string(cell), true};
@@ -18,8 +16,6 @@ CellSighting sightingOf(std::string_view cell, std::uint64_t line) {
   while (length > 0 && continuesCharacter(cell[length])) --length;
   return {line, std::string(cell.substr(0, length)), false};
 }
-
-}  // namespace
 
 void ColumnEvidence::add(std::string_view cell, std::uint64_t line) {
   const auto kind = static_cast<std::size_t>(seen(cell));

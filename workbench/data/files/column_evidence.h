@@ -23,6 +23,9 @@ struct CellSighting {
   bool isWhole = true;     // the text is all of it
 };
 
+// The beginning of a cell for messages, cut between characters.
+CellSighting sightingOf(std::string_view cell, std::uint64_t line);
+
 class ColumnEvidence {
  public:
   void add(std::string_view cell, std::uint64_t line);

@@ -5,86 +5,119 @@
 #include <future>
 #include <utility>
 
-#include "workbench/data/files/column_names.h"
-#include "workbench/data/files/csv_case_reader.h"
+#include "workbench/data/files/case_readers.h"
+#include "workbench/data/files/csv_table.h"
 #include "workbench/data/files/duckdb_library.h"
+#include "workbench/data/files/table_source.h"
 #include "workbench/data/files/type_inference.h"
 
 namespace workbench::data {
 namespace {
 
-using SharedEvidence = std::shared_ptr<const FileEvidence>;
-
 class CsvFile final : public DataFile {
  public:
-  CsvFile(std::shared_ptr<const CsvTable> table, std::vector<std::string> warnings)
-      : table_(std::move(table)), warnings_(std::move(warnings)) {}
+  CsvFile(std::shared_ptr<const CsvTable> table, TableSource source)
+      : table_(std::move(table)), source_(std::move(source)) {}
 
   const Dictionary& dictionary() const override { return table_->dictionary; }
   const std::string& path() const override { return table_->path; }
-  std::optional<std::int64_t> caseCount() const override { return static_cast<std::int64_t>(table_->evidence->cases); }
-  std::unique_ptr<CaseReader> openReader() const override { return std::make_unique<CsvCaseReader>(table_); }
-  const std::vector<std::string>& warnings() const override { return warnings_; }
+  std::string dictionaryFile() const override {
+    return source_.description == nullptr ? std::string() : source_.description->descriptorPath;
+  }
+  std::vector<std::string> furtherFiles() const override {
+    std::vector<std::string> files = source_.dataPaths;
+    if (source_.description != nullptr) files.push_back(source_.description->descriptorPath);
+    return files;
+  }
+  std::optional<std::int64_t> caseCount() const override { return table_->cases(); }
+  std::unique_ptr<CaseReader> openReader() const override { return openCaseReader(table_); }
+  const std::vector<std::string>& warnings() const override { return source_.warnings; }
 
  private:
   std::shared_ptr<const CsvTable> table_;
-  std::vector<std::string> warnings_;
+  TableSource source_;
 };
 
-// The other file's evidence on its way: it is gathered on a thread of its own while this file's is.
-using EvidenceInFlight = std::optional<std::future<Outcome<SharedEvidence>>>;
+// The other table on its way: it is examined on a thread of its own while this one is.
+using TableInFlight = std::optional<std::future<Outcome<TableSource>>>;
 
-EvidenceInFlight startScan(const std::optional<std::string>& path, const FileKind& kind) {
+TableInFlight startExamining(const std::optional<std::string>& path) {
   if (!path) return std::nullopt;
-  return std::async(std::launch::async, [path = *path, kind] { return evidenceOf(path, kind); });
+  return std::async(std::launch::async, [path = *path] { return examineTable(path); });
 }
 
-std::optional<std::string> skippedLinesWarning(const FileEvidence& evidence) {
-  if (evidence.skippedLines == 0) return std::nullopt;
-  return fmt::format("{} blank line{} between others, the first in line {}; {} skipped.", evidence.skippedLines,
-                     evidence.skippedLines == 1 ? " stands" : "s stand", evidence.firstSkippedLine,
-                     evidence.skippedLines == 1 ? "it was" : "they were");
+ScannedTable scannedTable(const TableSource& source) {
+  ScannedTable table{source.path, source.names, *source.evidence.whole, {}};
+  for (std::size_t column = 0; column < source.names.size(); ++column) table.fields.push_back(source.fieldOf(column));
+  return table;
+}
+
+// A variable that the dataset's description names; -1, and a warning, when no column holds it.
+std::int32_t namedVariable(const Dictionary& dictionary, const std::string& name, const char* purpose,
+                           TableSource& source) {
+  if (name.empty()) return -1;
+  const std::int32_t index = dictionary.find(name);
+  if (index < 0) {
+    source.warnings.push_back(fmt::format("No column holds \"{}\", which {} names as {}.", name,
+                                          source.description->descriptorPath, purpose));
+  }
+  return index;
+}
+
+void describeDataset(Dictionary& dictionary, TableSource& source) {
+  if (source.description == nullptr) return;
+  const DescribedTable& description = *source.description;
+  dictionary.attributes = description.attributes;
+  dictionary.filter = namedVariable(dictionary, description.filter, "the filter", source);
+  dictionary.weight = namedVariable(dictionary, description.weight, "the weight", source);
+  for (const std::string& name : description.split) {
+    const std::int32_t index = namedVariable(dictionary, name, "a split variable", source);
+    if (index >= 0) dictionary.split.push_back(index);
+  }
+}
+
+std::shared_ptr<const CsvTable> tableOf(const TableSource& source, Dictionary dictionary) {
+  std::vector<CsvPart> parts;
+  for (std::size_t part = 0; part < source.dataPaths.size(); ++part) {
+    parts.push_back({source.dataPaths[part], source.evidence.parts[part]});
+  }
+  std::vector<CsvColumn> columns;
+  for (std::int32_t column = 0; column < dictionary.size(); ++column) {
+    const DescribedField* field = source.fieldOf(static_cast<std::size_t>(column));
+    columns.push_back({column, field == nullptr ? std::nullopt : std::optional(field->reading)});
+  }
+  return std::make_shared<const CsvTable>(source.path, std::move(parts), source.kind, std::move(columns),
+                                          std::move(dictionary));
 }
 
 }  // namespace
 
-Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path, const FileKind& kind,
+Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path,
                                                      const std::optional<std::string>& typesWith) {
-  // 1. Scan the file, and the other one at the same time.
-  FileKind partnerKind = kind;
-  if (typesWith) {
-    const Outcome<FileKind> known = fileKind(*typesWith);
-    if (!known) return known.problem();
-    partnerKind = *known;
-  }
-  EvidenceInFlight inFlight = startScan(typesWith, partnerKind);
-  const Outcome<SharedEvidence> evidence = evidenceOf(path, kind);
-  std::optional<Outcome<SharedEvidence>> partnerEvidence;
-  if (inFlight) partnerEvidence = inFlight->get();
-  if (!evidence) return evidence.problem();
-  if (partnerEvidence && !*partnerEvidence) return partnerEvidence->problem();
+  // 1. Examine the table, and the other one at the same time.
+  TableInFlight inFlight = startExamining(typesWith);
+  Outcome<TableSource> source = examineTable(path);
+  std::optional<Outcome<TableSource>> partner;
+  if (inFlight) partner = inFlight->get();
+  if (!source) return source.problem();
+  if (partner && !*partner) return partner->problem();
 
   // Readers will need it; better to know now that it is missing.
   if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
 
-  // 2. Infer the types over both.
-  ColumnNames names = columnNames((*evidence)->header);
-  const ScannedFile file{path, names.names, **evidence};
-  std::optional<ScannedFile> partner;
-  if (partnerEvidence) {
-    const SharedEvidence& other = **partnerEvidence;
-    partner.emplace(ScannedFile{*typesWith, columnNames(other->header).names, *other});
-  }
-  InferredTypes types = inferTypes(file, partner ? &*partner : nullptr);
+  // 2. What nobody declared is inferred over both.
+  const ScannedTable own = scannedTable(*source);
+  std::optional<ScannedTable> other;
+  if (partner) other.emplace(scannedTable(**partner));
+  InferredTypes types = inferTypes(own, other ? &*other : nullptr);
+  for (std::string& warning : types.warnings) source->warnings.push_back(std::move(warning));
 
   // 3. Put it together.
   Dictionary dictionary;
   for (Variable& variable : types.variables) dictionary.add(std::move(variable));
-  std::vector<std::string> warnings = std::move(names.warnings);
-  if (auto skipped = skippedLinesWarning(**evidence)) warnings.push_back(*std::move(skipped));
-  for (std::string& warning : types.warnings) warnings.push_back(std::move(warning));
-  auto table = std::make_shared<const CsvTable>(path, kind, *evidence, std::move(dictionary));
-  return std::shared_ptr<const DataFile>(std::make_shared<CsvFile>(std::move(table), std::move(warnings)));
+  describeDataset(dictionary, *source);
+  auto table = tableOf(*source, std::move(dictionary));
+  return std::shared_ptr<const DataFile>(std::make_shared<CsvFile>(std::move(table), std::move(*source)));
 }
 
 }  // namespace workbench::data

@@ -39,8 +39,8 @@ Outcome<const DuckDbLibrary*> load() {
     if (reason.empty() || std::filesystem::exists(place, failure)) reason = ::dlerror();
   }
   if (handle == nullptr) {
-    return Problem{fmt::format("The DuckDB library, which reads data files, cannot be loaded ({}).", reason), "",
-                   installRemedy};
+    return Problem{fmt::format("The DuckDB library, which reads and writes data files, cannot be loaded ({}).", reason),
+                   "", installRemedy};
   }
   static DuckDbLibrary library;
 #define WORKBENCH_DUCKDB_LOAD(function)                                                                    \

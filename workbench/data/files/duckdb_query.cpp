@@ -1,58 +1,13 @@
 #include "workbench/data/files/duckdb_query.h"
 
-#include <fmt/format.h>
-
-#include <array>
-#include <utility>
+#include "workbench/data/files/duckdb_database.h"
 
 namespace workbench::data {
-namespace {
-
-constexpr auto databaseSettings = std::to_array<std::pair<const char*, const char*>>({
-    {"threads", "1"},        // whoever fetches does the reading; a second thread made both wait for each other
-    {"temp_directory", ""},  // what is read may come from a protected file
-    {"enable_external_file_cache", "false"},  // it would recognise a file by its path, and ours are descriptors
-    {"autoinstall_known_extensions", "false"},
-    {"autoload_known_extensions", "false"},
-});
-
-Problem duckDbProblem(std::string_view what) {
-  return Problem{fmt::format("DuckDB reports: {}", what.substr(0, what.find('\n'))), "", ""};
-}
-
-Outcome<duckdb_database> openDatabase(const DuckDbLibrary& library) {
-  duckdb_config settings = nullptr;
-  if (library.duckdb_create_config(&settings) != DuckDBSuccess) return duckDbProblem("no configuration can be made");
-  for (const auto& [name, value] : databaseSettings) {
-    if (library.duckdb_set_config(settings, name, value) != DuckDBSuccess) {
-      library.duckdb_destroy_config(&settings);
-      return duckDbProblem(fmt::format("the setting {} is not known", name));
-    }
-  }
-  duckdb_database database = nullptr;
-  char* error = nullptr;
-  const duckdb_state state = library.duckdb_open_ext(nullptr, &database, settings, &error);
-  library.duckdb_destroy_config(&settings);
-  if (state == DuckDBSuccess) return database;
-  Problem problem = duckDbProblem(error != nullptr ? error : "the database cannot be opened");
-  library.duckdb_free(error);
-  return problem;
-}
-
-// Open until the process ends: a thread of ours may still read from it while static objects are destroyed.
-const Outcome<duckdb_database>& sharedDatabase(const DuckDbLibrary& library) {
-  static const Outcome<duckdb_database> database = openDatabase(library);
-  return database;
-}
-
-}  // namespace
 
 Outcome<std::unique_ptr<DuckDbQuery>> DuckDbQuery::start(const std::string& sql) {
-  const Outcome<const DuckDbLibrary*> library = duckDbLibrary();
-  if (!library) return library.problem();
-  const Outcome<duckdb_database>& database = sharedDatabase(**library);
+  const Outcome<duckdb_database> database = duckDbDatabase();
   if (!database) return database.problem();
-  std::unique_ptr<DuckDbQuery> query(new DuckDbQuery(**library));
+  std::unique_ptr<DuckDbQuery> query(new DuckDbQuery(**duckDbLibrary()));
   if (Outcome<Done> executed = query->execute(*database, sql); !executed) return executed.problem();
   return query;
 }
@@ -93,6 +48,21 @@ DuckDbQuery::Column DuckDbQuery::column(std::size_t index) const {
   duckdb_vector vector = library_.duckdb_data_chunk_get_vector(chunk_, index);
   return {static_cast<const duckdb_string_t*>(library_.duckdb_vector_get_data(vector)),
           library_.duckdb_vector_get_validity(vector)};
+}
+
+Outcome<std::uint64_t> rowsWritten(const std::string& sql) {
+  const Outcome<duckdb_database> database = duckDbDatabase();
+  if (!database) return database.problem();
+  const DuckDbLibrary& library = **duckDbLibrary();
+  duckdb_connection connection = nullptr;
+  if (library.duckdb_connect(*database, &connection) != DuckDBSuccess) return duckDbProblem("no connection");
+  duckdb_result result{};
+  const bool isDone = library.duckdb_query(connection, sql.c_str(), &result) == DuckDBSuccess;
+  const Outcome<std::uint64_t> written = isDone ? Outcome<std::uint64_t>(library.duckdb_rows_changed(&result))
+                                                : duckDbProblem(library.duckdb_result_error(&result));
+  library.duckdb_destroy_result(&result);
+  library.duckdb_disconnect(&connection);
+  return written;
 }
 
 std::string sqlText(std::string_view text) {

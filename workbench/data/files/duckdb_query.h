@@ -1,9 +1,9 @@
 // DuckDbQuery: the rows of a query, chunk by chunk, in their order, all columns being texts.
 //
-// All queries run in one in-memory database of the process, each over a connection of its own. Nothing is kept of what
-// was read, nothing is spilled to disk, and no extension is loaded. Used by one thread at a time.
+// Each query runs over a connection of its own. Used by one thread at a time.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -53,6 +53,9 @@ class DuckDbQuery {
   std::size_t columns_ = 0;
   std::size_t rows_ = 0;
 };
+
+// Runs a statement to its end: how many rows it wrote.
+Outcome<std::uint64_t> rowsWritten(const std::string& sql);
 
 // A text as a literal of SQL.
 std::string sqlText(std::string_view text);

@@ -25,16 +25,32 @@ char lowerAscii(char character) {
 
 }  // namespace
 
+std::string_view nameOf(Packing packing) {
+  switch (packing) {
+    case Packing::gzip:
+      return "gzip";
+    case Packing::zstd:
+      return "zstd";
+    case Packing::none:
+      break;
+  }
+  return "none";
+}
+
 Outcome<FileKind> fileKind(std::string_view path) {
   std::string lower(path);
   std::transform(lower.begin(), lower.end(), lower.begin(), lowerAscii);
   for (const FileKind& kind : fileKinds) {
     if (lower.ends_with(kind.ending)) return kind;
   }
-  std::array<std::string_view, fileKinds.size()> endings;
-  std::transform(fileKinds.begin(), fileKinds.end(), endings.begin(), [](const FileKind& kind) { return kind.ending; });
   return Problem{"The ending of the name is none of a data file.", std::string(path),
-                 fmt::format("Use one of these: {}.", fmt::join(endings, ", "))};
+                 fmt::format("Use one of these: {}.", fmt::join(fileEndings(), ", "))};
+}
+
+std::vector<std::string_view> fileEndings() {
+  std::vector<std::string_view> endings;
+  for (const FileKind& kind : fileKinds) endings.push_back(kind.ending);
+  return endings;
 }
 
 }  // namespace workbench::data

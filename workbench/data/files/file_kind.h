@@ -2,12 +2,16 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "workbench/runtime/outcome.h"
 
 namespace workbench::data {
 
 enum class Packing { none, gzip, zstd };
+
+// As DuckDB calls it.
+std::string_view nameOf(Packing packing);
 
 struct FileKind {
   std::string_view ending;  // in lower case; names may bear it in any
@@ -17,5 +21,7 @@ struct FileKind {
 
 // Fails for an ending that is not known, naming those that are.
 Outcome<FileKind> fileKind(std::string_view path);
+// All endings that are known.
+std::vector<std::string_view> fileEndings();
 
 }  // namespace workbench::data

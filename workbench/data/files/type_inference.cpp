@@ -53,19 +53,61 @@ PrintFormat formatOf(CellKind kind, const ColumnEvidence& evidence, std::int32_t
   return {};
 }
 
-Variable variableOf(std::string name, const ColumnEvidence& evidence) {
+std::int32_t displayWidthOf(const PrintFormat& format) {
   constexpr std::int32_t narrowestColumn = 8;
   constexpr std::int32_t widestColumn = 40;
-  const CellKind kind = evidence.kind();
+  return std::clamp(format.width, narrowestColumn, widestColumn);
+}
+
+std::int32_t textWidth(const ColumnEvidence& evidence) {
+  return static_cast<std::int32_t>(std::max<std::size_t>(evidence.longestText(), 1));
+}
+
+Variable inferredVariable(std::string name, CellKind kind, const ColumnEvidence& evidence) {
   Variable variable;
   variable.name = std::move(name);
   if (kind == CellKind::text) {
-    variable.width = static_cast<std::int32_t>(evidence.longestText());
+    variable.width = textWidth(evidence);
     variable.alignment = Alignment::left;
     variable.level = MeasurementLevel::nominal;
   }
   variable.format = formatOf(kind, evidence, variable.width);
-  variable.displayWidth = std::clamp(variable.format.width, narrowestColumn, widestColumn);
+  variable.displayWidth = displayWidthOf(variable.format);
+  return variable;
+}
+
+PrintFormat declaredFormat(CellType type, const ColumnEvidence& evidence, std::int32_t width) {
+  constexpr std::int32_t narrowestDuration = 8;
+  constexpr std::int32_t widestDuration = 40;
+  switch (type) {
+    case CellType::number:
+    case CellType::integer:
+    case CellType::boolean:
+    case CellType::year:
+      return evidence.filled() == 0 ? PrintFormat{} : numberFormat(evidence);
+    case CellType::date:
+      return formatOf(CellKind::date, evidence, width);
+    case CellType::time:
+      return formatOf(CellKind::time, evidence, width);
+    case CellType::dateTime:
+      return formatOf(CellKind::dateTime, evidence, width);
+    case CellType::duration:
+      return {FormatType::duration,
+              std::clamp(static_cast<std::int32_t>(evidence.longestText()), narrowestDuration, widestDuration), 0};
+    case CellType::text:
+      break;
+  }
+  return formatOf(CellKind::text, evidence, width);
+}
+
+Variable declaredVariable(std::string name, const DescribedField& field, const ColumnEvidence& evidence) {
+  const bool isText = field.reading.type == CellType::text;
+  Variable variable = field.variable;
+  variable.name = std::move(name);
+  variable.width = isText ? field.width.value_or(textWidth(evidence)) : 0;
+  variable.format = field.format.value_or(declaredFormat(field.reading.type, evidence, variable.width));
+  variable.displayWidth = field.displayWidth.value_or(displayWidthOf(variable.format));
+  variable.alignment = field.alignment.value_or(isText ? Alignment::left : Alignment::right);
   return variable;
 }
 
@@ -112,7 +154,7 @@ struct Column {
 };
 
 // Empty when the column is not text, or is text for good reasons.
-std::string whyText(const Column& column, const ScannedFile& file, const ScannedFile* partner) {
+std::string whyText(const Column& column, const ScannedTable& file, const ScannedTable* partner) {
   if (column.both.kind() != CellKind::text) return {};
   if (column.others != nullptr && isTyped(column.own.kind())) {
     const CellKind wanted = column.own.kind();
@@ -133,7 +175,7 @@ std::string whyText(const Column& column, const ScannedFile& file, const Scanned
 
 }  // namespace
 
-InferredTypes inferTypes(const ScannedFile& file, const ScannedFile* partner) {
+InferredTypes inferTypes(const ScannedTable& table, const ScannedTable* partner) {
   std::unordered_map<std::string, std::size_t> partnerColumns;
   if (partner != nullptr) {
     for (std::size_t column = 0; column < partner->names.size(); ++column) {
@@ -142,16 +184,23 @@ InferredTypes inferTypes(const ScannedFile& file, const ScannedFile* partner) {
   }
   InferredTypes types;
   std::size_t unsaid = 0;
-  for (std::size_t index = 0; index < file.names.size(); ++index) {
-    const std::string& name = file.names[index];
-    const ColumnEvidence& own = file.evidence.columns[index];
+  for (std::size_t index = 0; index < table.names.size(); ++index) {
+    const std::string& name = table.names[index];
+    const ColumnEvidence& own = table.evidence.columns[index];
     const auto found = partnerColumns.find(text::foldedName(name));
-    const ColumnEvidence* others = found == partnerColumns.end() ? nullptr : &partner->evidence.columns[found->second];
+    const bool isInPartner = found != partnerColumns.end();
+    const ColumnEvidence* others = isInPartner ? &partner->evidence.columns[found->second] : nullptr;
     ColumnEvidence both = own;
     if (others != nullptr) both.merge(*others);
-    types.variables.push_back(variableOf(name, both));
+    if (table.fields[index] != nullptr) {
+      types.variables.push_back(declaredVariable(name, *table.fields[index], both));
+      continue;
+    }
+    const DescribedField* const partnerField = isInPartner ? partner->fields[found->second] : nullptr;
+    const bool isTextThere = partnerField != nullptr && partnerField->reading.type == CellType::text;
+    types.variables.push_back(inferredVariable(name, isTextThere ? CellKind::text : both.kind(), both));
 
-    std::string warning = whyText({name, own, others, both}, file, partner);
+    std::string warning = isTextThere ? std::string() : whyText({name, own, others, both}, table, partner);
     if (warning.empty()) continue;
     if (types.warnings.size() < mostWarnings) {
       types.warnings.push_back(std::move(warning));

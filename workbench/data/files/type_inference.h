@@ -3,29 +3,34 @@
 // A column is a number, a date, a time or a date with a time when all its filled cells are, in both files when it is
 // looked at together with a partner; a number that is nowhere filled has only missing values; everything else is text,
 // as wide as the longest value. Print formats are wide enough for every value as it was written.
+//
+// Of a column that a descriptor declares only what it leaves open is inferred: print format, width of a string, display
+// width and alignment. A column that is declared as a string in the partner is text here too.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "workbench/data/descriptors/described_table.h"
 #include "workbench/data/dictionary.h"
 #include "workbench/data/files/file_evidence.h"
 
 namespace workbench::data {
 
-// A scanned file under the name by which users know it.
-struct ScannedFile {
+// A scanned table under the name by which users know it. What it refers to outlives it.
+struct ScannedTable {
   std::string path;
   std::vector<std::string> names;  // one per column
   const FileEvidence& evidence;
+  std::vector<const DescribedField*> fields;  // one per column; null: nothing is declared of it
 };
 
 struct InferredTypes {
-  std::vector<Variable> variables;    // one per column of the file
+  std::vector<Variable> variables;    // one per column of the table
   std::vector<std::string> warnings;  // columns that are text because of a few cells, or of the partner's cells
 };
 
 // The partner may be null. Its columns are found by name, without regard to case.
-InferredTypes inferTypes(const ScannedFile& file, const ScannedFile* partner);
+InferredTypes inferTypes(const ScannedTable& table, const ScannedTable* partner);
 
 }  // namespace workbench::data

@@ -26,6 +26,7 @@ Dataset::Dataset(std::shared_ptr<const DataFile> file)
       baseVariables_(dictionary_.size()),
       file_(std::move(file)),
       path_(file_->path()),
+      dictionaryFile_(file_->dictionaryFile()),
       fileInUse_(std::make_unique<FileInUse>(allFilesOf(*file_))) {}
 
 Dataset::Dataset(Dictionary dictionary, std::shared_ptr<const KeptCases> cases)

@@ -40,6 +40,8 @@ class Dataset {
   const CaseLayout& layout() const { return layout_; }
   // The path of the file that the data came from, as written; empty when there is none.
   const std::string& path() const { return path_; }
+  // The file that its dictionary came from; empty when there is none.
+  const std::string& dictionaryFile() const { return dictionaryFile_; }
   // That file, and others that were read with it, as inputs that no output may replace; null when there is none.
   const FileInUse* fileInUse() const { return fileInUse_.get(); }
   // If known without reading.
@@ -76,6 +78,7 @@ class Dataset {
   std::shared_ptr<const KeptCases> kept_;  // or this
   std::vector<AddedColumn> columns_;
   std::string path_;
+  std::string dictionaryFile_;
   std::unique_ptr<FileInUse> fileInUse_;
   bool hasUnsavedVariables_ = false;
 };

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "workbench/data/data_file.h"
+#include "workbench/data/working/file_place.h"
+#include "workbench/data/working/host_note.h"
 #include "workbench/data/working/refusal.h"
 #include "workbench/data/working/variable_names.h"
 #include "workbench/text/folding.h"
@@ -78,6 +80,9 @@ void OutputSource::CommitDictionary() {
     auto writer = createDataFile(spec_.name, dictionary, spec_.password);
     if (!writer) throw ErrorText(writer.problem().text());
     writer_ = std::move(*writer);
+    for (const std::string& warning : writer_->warnings()) {
+      addHostNote(BpErrorLevel::warning, cleanedPath(spec_.name) + ": " + warning);
+    }
     block_.emplace(caseSlots_);
   } else {
     dictionary_ = std::move(dictionary);
@@ -171,8 +176,10 @@ void OutputSource::keep(const OBS* slots) {
 }
 
 void OutputSource::flush() {
-  if (block_->cases() != 0) writer_->append(block_->begin(), block_->cases(), block_->caseSlots());
+  // Emptied first: who goes on after an append that threw must find room in the block.
+  const std::size_t cases = block_->cases();
   block_->setCases(0);
+  if (cases != 0) writer_->append(block_->begin(), cases, block_->caseSlots());
 }
 
 }  // namespace workbench::data

@@ -6,6 +6,7 @@
 #include "host/messages.h"
 #include "workbench/data/data_file.h"
 #include "workbench/data/working/file_place.h"
+#include "workbench/data/working/host_note.h"
 
 namespace workbench::data {
 namespace {
@@ -39,6 +40,9 @@ Outcome<std::int64_t> saveDataset(const std::shared_ptr<Dataset>& dataset, const
     if (!writer) {
       (*output)->abandon();
       return writer.problem();
+    }
+    for (const std::string& warning : (*writer)->warnings()) {
+      addHostNote(BpErrorLevel::warning, cleanedPath(path) + ": " + warning);
     }
     std::optional<CaseKeeper> keeper;
     if (readsFrom(*dataset, path)) keeper.emplace(dataset->layout().caseSlots);

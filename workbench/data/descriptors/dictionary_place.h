@@ -1,0 +1,25 @@
+// Where the dictionary of a data file is written down, be the file there already or not.
+#pragma once
+
+#include <string>
+
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+struct DictionaryPlace {
+  std::string path;
+  bool isPackage = false;  // else a table schema, which from then on is of this data file alone
+};
+
+// Where it goes when the file is written: the package of its folder, where a resource is that file; else a schema
+// beside it. A package that is there and is not sound is a problem.
+Outcome<DictionaryPlace> dictionaryPlaceOf(const std::string& dataPath);
+
+// The schema that is of a data file: people.csv.schema.json where that is there, else people.schema.json, be it there
+// or not. The longer name is for files that share the shorter one, as people.csv and people.tsv do.
+std::string schemaPathOf(const std::string& dataPath);
+// The name of a package beside a data file.
+std::string packagePathOf(const std::string& dataPath);
+
+}  // namespace workbench::data

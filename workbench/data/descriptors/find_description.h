@@ -1,0 +1,21 @@
+// Finds the description of a data file, or the table that a package describes.
+//
+// A data file that is opened by itself is described by the "datapackage.json" of its folder, where a resource names the
+// file; else by a table schema beside it: people.csv and people.csv.gz by people.schema.json.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "workbench/data/descriptors/described_table.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+// Nothing when no descriptor describes the file. One that is there and is not sound is a problem, not passed over.
+Outcome<std::optional<DescribedTable>> descriptionBeside(const std::string& dataPath);
+
+// A resource of a package; with an empty name the only one that is a table.
+Outcome<DescribedTable> describedResource(const std::string& packagePath, const std::string& resourceName);
+
+}  // namespace workbench::data

@@ -1,0 +1,19 @@
+#include "workbench/data/files/case_readers.h"
+
+#include <utility>
+
+#include "workbench/data/files/csv_case_reader.h"
+#include "workbench/data/files/csv_scanner.h"
+#include "workbench/data/files/encoded_source.h"
+#include "workbench/data/files/scanned_case_reader.h"
+
+namespace workbench::data {
+
+bool isForDuckDb(const TableDialect& dialect) { return isPlain(dialect) && isUtf8(dialect.encoding); }
+
+std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table) {
+  if (isForDuckDb(table->dialect())) return std::make_unique<CsvCaseReader>(std::move(table));
+  return std::make_unique<ScannedCaseReader>(std::move(table));
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,84 @@
+#include "workbench/data/files/cell_decoder.h"
+
+#include <fmt/format.h>
+
+#include "workbench/data/cells/calendar_text.h"
+#include "workbench/data/files/declared_column.h"
+
+namespace workbench::data {
+
+CellDecoder::CellDecoder(const CsvTable& table) : table_(table) {
+  std::vector<bool> isFed(static_cast<std::size_t>(table.dictionary.size()), false);
+  for (const CsvColumn& column : table.columns) {
+    columns_.push_back(columnOf(column));
+    if (column.variable) isFed[static_cast<std::size_t>(*column.variable)] = true;
+  }
+  for (std::int32_t variable = 0; variable < table.dictionary.size(); ++variable) {
+    if (!isFed[static_cast<std::size_t>(variable)]) unfed_.push_back(variable);
+  }
+}
+
+CellDecoder::Column CellDecoder::columnOf(const CsvColumn& column) const {
+  Column how;
+  if (!column.variable) return how;
+  const Variable& variable = table_.dictionary.at(*column.variable);
+  how.variable = *column.variable;
+  how.slot = table_.layout.slotOfVariable[static_cast<std::size_t>(*column.variable)];
+  how.format = variable.format.type;
+  how.width = static_cast<std::size_t>(variable.width);
+  how.slotBytes = variable.isNumeric() ? 0 : variable.slots() * sizeof(OBS);
+  if (column.reading) how.reader.emplace(*column.reading);
+  if (variable.isNumeric()) {
+    const bool isMoment =
+        how.format == FormatType::date || how.format == FormatType::time || how.format == FormatType::dateTime;
+    how.decoding = isMoment ? Decoding::moment : Decoding::number;
+    if (column.reading) how.decoding = Decoding::declaredNumber;
+  } else {
+    how.decoding = column.reading ? Decoding::declaredText : Decoding::text;
+  }
+  return how;
+}
+
+std::optional<double> CellDecoder::longNumberOf(std::string_view cell) {
+  const std::optional<Decimal> number = decimalOf(cell);
+  return number ? valueOf(*number) : std::nullopt;
+}
+
+std::optional<double> CellDecoder::momentOf(std::string_view cell, FormatType format) {
+  std::optional<CalendarValue> read;
+  if (format == FormatType::date) read = dateOf(cell);
+  if (format == FormatType::time) read = timeOf(cell);
+  if (format == FormatType::dateTime) read = dateTimeOf(cell);
+  return read ? std::optional(read->value) : std::nullopt;
+}
+
+void CellDecoder::fillUnfed(OBS* cases, std::size_t rows, std::size_t caseSlots) const {
+  for (const std::int32_t index : unfed_) {
+    const Variable& variable = table_.dictionary.at(index);
+    OBS* values = cases + table_.layout.slotOfVariable[static_cast<std::size_t>(index)];
+    for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
+      if (variable.isNumeric()) {
+        values->number = systemMissing;
+      } else {
+        std::memset(values->text, ' ', variable.slots() * sizeof(OBS));
+      }
+    }
+  }
+}
+
+// The scan has read every cell in the same way; so whatever is refused here changed since, or was declared to be
+// narrower than it is.
+Problem CellDecoder::refusal(std::size_t column, std::string_view cell, const std::string& where) {
+  Column& how = columns_[column];
+  const std::string& name = table_.dictionary.at(how.variable).name;
+  if (how.decoding == Decoding::declaredNumber) {
+    return cellProblem(where, name, how.reader->reading().type, cell, how.reader->whyNot(cell));
+  }
+  const CellSighting shown = sightingOf(cell, 0);
+  const std::string_view why =
+      how.decoding == Decoding::number ? "is not of the type that its column has" : "is longer than its column is wide";
+  return {fmt::format("In column \"{}\" the value \"{}{}\" {}.", name, shown.text, shown.isWhole ? "" : "...", why),
+          where, "Correct the value or the type."};
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,64 @@
+#include "workbench/data/files/declared_column.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "workbench/text/string_comparison.h"
+
+namespace workbench::data {
+namespace {
+
+DeclaredColumn inOrder(DeclaredColumn column) {
+  std::sort(column.numbers.begin(), column.numbers.end());
+  for (std::string& text : column.texts) text = text::withoutTrailingBlanks(text);
+  std::sort(column.texts.begin(), column.texts.end());
+  return column;
+}
+
+void note(std::uint64_t& count, CellSighting& first, std::string_view cell, std::uint64_t line) {
+  if (count++ == 0) first = sightingOf(cell, line);
+}
+
+}  // namespace
+
+DeclaredCells::DeclaredCells(DeclaredColumn column) : column_(inOrder(std::move(column))), reader_(column_.reading) {}
+
+bool DeclaredCells::add(std::string_view cell, std::uint64_t line, ColumnEvidence& evidence) {
+  if (reader_.holdsNoValue(cell)) {
+    evidence.add("", line);
+    return true;
+  }
+  if (!reader_.plainText(cell, plain_)) return false;
+  evidence.add(plain_, line);
+  if (isOutside(cell)) note(findings_.outside, findings_.firstOutside, cell, line);
+  if (reader_.hasOddGroups(cell)) note(findings_.oddGroups, findings_.firstOddGroups, cell, line);
+  return true;
+}
+
+bool DeclaredCells::isOutside(std::string_view cell) {
+  if (!column_.numbers.empty()) {
+    const std::optional<double> value = reader_.number(cell);
+    return !value || !std::binary_search(column_.numbers.begin(), column_.numbers.end(), *value);
+  }
+  if (column_.texts.empty()) return false;
+  return !std::binary_search(column_.texts.begin(), column_.texts.end(), text::withoutTrailingBlanks(cell),
+                             std::less<std::string_view>());
+}
+
+DeclaredFindings DeclaredCells::findings() const {
+  DeclaredFindings findings = findings_;
+  findings.zoned = reader_.sawZones();
+  return findings;
+}
+
+Problem cellProblem(const std::string& where, std::string_view column, CellType type, std::string_view cell,
+                    std::string_view why) {
+  const CellSighting shown = sightingOf(cell, 0);
+  return {fmt::format("Column \"{}\" is declared as {}, and \"{}{}\" {}.", column, nameOf(type), shown.text,
+                      shown.isWhole ? "" : "...", why),
+          where, "Correct the cell or what is declared, or list its text among the missing values."};
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,78 @@
+#include "workbench/data/files/duckdb_copy.h"
+
+#include <fmt/format.h>
+
+#include <system_error>
+#include <utility>
+
+#include "host/messages.h"
+#include "workbench/data/files/duckdb_query.h"
+
+namespace workbench::data {
+namespace {
+
+// DuckDB writes into the file that is there. Left to itself it would write another one beside it and rename that.
+std::string copyStatement(const std::string& table, const std::string& path, std::string_view options) {
+  return fmt::format("COPY (FROM {}) TO {} ({}, USE_TMP_FILE false)", table, sqlText(path), options);
+}
+
+}  // namespace
+
+Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, std::vector<DuckDbColumn> columns,
+                                                       std::string_view options) {
+  if (const Outcome<Done> enabled = DuckDbRowQueue::enable(); !enabled) return enabled.problem();
+  Outcome<std::unique_ptr<OutputFile>> file = OutputFile::create(path);
+  if (!file) return file.problem();
+  std::unique_ptr<DuckDbCopy> copy(new DuckDbCopy(std::move(*file), std::move(columns)));
+  const std::string statement = copyStatement(copy->queue_.table(), copy->file_->descriptorPath(), options);
+  try {
+    copy->thread_ = std::thread([writer = copy.get(), statement] {
+      writer->written_ = rowsWritten(statement);
+      writer->queue_.close();
+    });
+  } catch (const std::system_error& error) {
+    return Problem{fmt::format("The file cannot be written ({}).", error.what()), path, ""};
+  }
+  return copy;
+}
+
+DuckDbCopy::DuckDbCopy(std::unique_ptr<OutputFile> file, std::vector<DuckDbColumn> columns)
+    : file_(std::move(file)), queue_(std::move(columns)), rows_(queue_.firstRows()) {}
+
+DuckDbCopy::~DuckDbCopy() {
+  queue_.abandon();
+  if (thread_.joinable()) thread_.join();
+}
+
+void DuckDbCopy::endRow() {
+  rows_->endRow();
+  ++rowsMade_;
+  if (rows_->isFull() && !queue_.exchange(rows_)) finishStatement();
+}
+
+void DuckDbCopy::complete() {
+  queue_.end(std::move(rows_));
+  finishStatement();
+  file_->complete();
+}
+
+void DuckDbCopy::commit() { file_->commit(); }
+
+// Requires: the statement has ended, or has got all rows.
+void DuckDbCopy::finishStatement() {
+  if (thread_.joinable()) thread_.join();
+  if (!written_) {
+    // DuckDB's message has no number to tell by what went wrong. What keeps it from writing keeps us from it as well.
+    file_->checkRoom();
+    Problem problem = written_.problem();
+    problem.where = file_->path();
+    throw ErrorText(problem.text());
+  }
+  if (*written_ != rowsMade_) {
+    throw ErrorText(
+        fmt::format("{}: {} rows were to be written, and {} were; please report this as a fault of this program.",
+                    file_->path(), rowsMade_, *written_));
+  }
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,52 @@
+// DuckDbCopy: a file that DuckDB writes with a COPY statement, from rows that are made here one after the other.
+//
+// The statement runs on a thread of its own and takes the rows in their order; a few of them are under way at any time.
+// The file stands in a private place until commit, and when this is destroyed before, the statement ends and nothing
+// stays on disk. Where a call finds that the statement failed it throws ErrorText naming the file; after that only
+// destruction makes sense.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "workbench/data/files/duckdb_row_queue.h"
+#include "workbench/data/files/output_file.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+class DuckDbCopy {
+ public:
+  // The options say what kind of file it is, as SQL: "FORMAT csv, HEADER true". Requires: there is a column.
+  static Outcome<std::unique_ptr<DuckDbCopy>> start(const std::string& path, std::vector<DuckDbColumn> columns,
+                                                    std::string_view options);
+  ~DuckDbCopy();
+  DuckDbCopy(const DuckDbCopy&) = delete;
+  DuckDbCopy& operator=(const DuckDbCopy&) = delete;
+
+  // The cells of the row that is being made, each set once before endRow().
+  void setText(std::size_t column, std::string_view text) { rows_->setText(column, text); }
+  void setMissing(std::size_t column) { rows_->setMissing(column); }
+  void endRow();
+
+  void complete();  // no row can follow; the file is on the disk, whole
+  void commit();    // requires: complete() was called
+
+ private:
+  DuckDbCopy(std::unique_ptr<OutputFile> file, std::vector<DuckDbColumn> columns);
+  void finishStatement();
+
+  std::unique_ptr<OutputFile> file_;
+  DuckDbRowQueue queue_;
+  std::unique_ptr<DuckDbRows> rows_;  // those that are being made
+  std::uint64_t rowsMade_ = 0;
+  Outcome<std::uint64_t> written_ = std::uint64_t{0};  // rows; the thread's as long as it runs
+  std::thread thread_;
+};
+
+}  // namespace workbench::data

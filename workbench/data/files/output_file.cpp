@@ -1,0 +1,114 @@
+#include "workbench/data/files/output_file.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <utility>
+
+#include "host/messages.h"
+
+namespace workbench::data {
+namespace {
+
+Problem creationProblem(int error, const std::string& path) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return {"The folder of the file does not exist.", path, "Make the folder, or name another one."};
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return {"The folder of the file cannot be written to.", path, "Name a folder in which you may write."};
+    default:
+      return {fmt::format("The file cannot be written ({}).", std::strerror(error)), path, ""};
+  }
+}
+
+// The permissions of the file that is to be replaced; without one those that a new file gets.
+mode_t modeOf(const std::string& path) {
+  struct stat status{};
+  constexpr mode_t permissionBits = 0777;
+  constexpr mode_t everyoneReadsAndWrites = 0666;
+  return ::stat(path.c_str(), &status) == 0 ? status.st_mode & permissionBits : everyoneReadsAndWrites;
+}
+
+// Makes a file beside the target under a name that nobody has; -1 and errno when that fails. Its owner may write to it
+// whatever the target's permissions, for it is opened once more by descriptorPath().
+int makePrivateFile(const std::string& target, std::string& privatePath) {
+  const std::filesystem::path name = target;
+  std::random_device random;
+  for (;;) {
+    privatePath = (name.parent_path() / fmt::format(".{}.{:08x}", name.filename().string(), random())).string();
+    const int descriptor =
+        ::open(privatePath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, modeOf(target) | S_IWUSR);
+    if (descriptor >= 0 || errno != EEXIST) return descriptor;
+  }
+}
+
+}  // namespace
+
+Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path) {
+  std::error_code failure;
+  if (std::filesystem::is_directory(path, failure)) return Problem{"This is a folder.", path, "Name a file in it."};
+  // A symbolic link stays one: what it points to is replaced.
+  std::string target = path;
+  if (std::filesystem::is_symlink(path, failure)) target = std::filesystem::weakly_canonical(path, failure).string();
+  std::string privatePath;
+  const int descriptor = makePrivateFile(target, privatePath);
+  if (descriptor < 0) return creationProblem(errno, path);
+  return std::unique_ptr<OutputFile>(new OutputFile(path, target, privatePath, descriptor));
+}
+
+OutputFile::OutputFile(std::string path, std::string target, std::string privatePath, int descriptor)
+    : path_(std::move(path)),
+      target_(std::move(target)),
+      privatePath_(std::move(privatePath)),
+      descriptor_(descriptor) {}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (!privatePath_.empty()) ::unlink(privatePath_.c_str());
+}
+
+std::string OutputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
+
+void OutputFile::checkRoom() {
+  constexpr std::array<char, std::size_t{1} << 16> bytes{};
+  ::lseek(descriptor_, 0, SEEK_END);
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t written = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
+    if (written < 0 && errno != EINTR) fail(errno);
+    if (written > 0) done += static_cast<std::size_t>(written);
+  }
+}
+
+void OutputFile::complete() {
+  struct stat replaced{};
+  if (::stat(target_.c_str(), &replaced) == 0 && ::fchmod(descriptor_, modeOf(target_)) != 0) fail(errno);
+  if (::fsync(descriptor_) != 0) fail(errno);
+  if (::close(std::exchange(descriptor_, -1)) != 0) fail(errno);
+}
+
+void OutputFile::commit() {
+  if (::rename(privatePath_.c_str(), target_.c_str()) != 0) fail(errno);
+  privatePath_.clear();
+  const std::filesystem::path folder = std::filesystem::path(target_).parent_path();
+  const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;  // the file is in place; only its being there after a power cut is not sure
+  ::fsync(descriptor);
+  ::close(descriptor);
+}
+
+void OutputFile::fail(int error) const {
+  const char* remedy = error == ENOSPC || error == EDQUOT ? " Make room on the disk, or name another folder." : "";
+  throw ErrorText(fmt::format("{}: The file cannot be written ({}).{}", path_, std::strerror(error), remedy));
+}
+
+}  // namespace workbench::data

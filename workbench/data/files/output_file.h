@@ -1,0 +1,42 @@
+// OutputFile: a new file on its way to its place.
+//
+// It stands beside its place under a name of its own until commit, and gets the permissions of the file that it
+// replaces. Its content is written by whoever opens descriptorPath(). Invariant: nothing of this object is left on disk
+// after its destruction unless it was committed.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+class OutputFile {
+ public:
+  static Outcome<std::unique_ptr<OutputFile>> create(const std::string& path);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  const std::string& path() const { return path_; }  // as written
+  // A name under which the file can be opened for writing. Valid until complete().
+  std::string descriptorPath() const;
+
+  // All three throw ErrorText.
+  // Does so when nothing more can be written, and finds out by writing: for files that are to be abandoned.
+  void checkRoom();
+  void complete();  // the content is on the disk; nothing can be written afterwards
+  void commit();    // requires: complete() was called
+
+ private:
+  OutputFile(std::string path, std::string target, std::string privatePath, int descriptor);
+  [[noreturn]] void fail(int error) const;
+
+  std::string path_;
+  std::string target_;
+  std::string privatePath_;  // empty when there is no private file any more
+  int descriptor_;
+};
+
+}  // namespace workbench::data

@@ -1,0 +1,149 @@
+#include "workbench/data/files/table_scanner.h"
+
+#include <fmt/format.h>
+#include <unicode/utf8.h>
+
+#include <cstring>
+#include <utility>
+
+#include "workbench/data/files/csv_scanner.h"
+#include "workbench/data/files/dialect_scanner.h"
+
+namespace workbench::data {
+namespace {
+
+constexpr std::size_t bufferBytes = std::size_t{1} << 18;
+constexpr const char* saveAsUtf8 = "Save the file as UTF-8.";
+
+std::string_view nameOfLineEnd(std::string_view lineEnd) {
+  if (lineEnd == "\n") return "LF";
+  return lineEnd == "\r" ? "CR" : "CR LF";
+}
+
+// Where the first byte stands that is no UTF-8; npos when all are.
+std::size_t findNoUtf8(std::string_view text) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  for (std::size_t next = 0; next < text.size();) {
+    const std::size_t start = next;
+    UChar32 character = 0;
+    U8_NEXT(bytes, next, text.size(), character);
+    if (character < 0) return start;
+  }
+  return std::string_view::npos;
+}
+
+// Line breaks of any kind.
+std::uint64_t countLines(std::string_view text) {
+  std::uint64_t lines = 0;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const bool closesPair = text[index] == '\n' && index > 0 && text[index - 1] == '\r';
+    if ((text[index] == '\n' || text[index] == '\r') && !closesPair) ++lines;
+  }
+  return lines;
+}
+
+}  // namespace
+
+TableScanner::TableScanner(ByteSource& source, std::string path)
+    : buffer_(bufferBytes), source_(source), path_(std::move(path)) {}
+
+bool TableScanner::beginText() {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  atStart_ = false;
+  while (end_ < byteOrderMark.size() && refill()) continue;
+  if (problem_) return false;
+  const std::string_view text(buffer_.data(), end_);
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return fail(1, "This is UTF-16.", saveAsUtf8);
+  if (text.starts_with(byteOrderMark)) position_ = byteOrderMark.size();
+  return true;
+}
+
+// Reads on; what stands from the anchor on stays, further to the front.
+bool TableScanner::refill() {
+  if (sourceIsEmpty_) return false;
+  std::memmove(buffer_.data(), buffer_.data() + anchor_, end_ - anchor_);
+  discarded_ += anchor_;
+  position_ -= anchor_;
+  end_ -= std::exchange(anchor_, 0);
+  if (end_ + 1 >= buffer_.size()) buffer_.resize(buffer_.size() * 2);
+  const Outcome<std::size_t> bytes = source_.read(buffer_.data() + end_, buffer_.size() - 1 - end_);
+  if (!bytes) {
+    problem_ = bytes.problem();
+    problem_->where = path_;
+    return false;
+  }
+  end_ += *bytes;
+  buffer_[end_] = '\0';
+  sourceIsEmpty_ = *bytes == 0;
+  return !sourceIsEmpty_;
+}
+
+// Requires: a line end is next.
+bool TableScanner::takeLineEnd() {
+  std::string_view found = "\n";
+  if (buffer_[position_] == '\r') {
+    if (position_ + 1 == end_ && !refill() && problem_) return false;
+    found = buffer_[position_ + 1] == '\n' ? "\r\n" : "\r";
+  }
+  if (lineEnd_.empty()) lineEnd_ = found;
+  if (found != lineEnd_) {
+    return fail(line_,
+                fmt::format("The line ends with {}, the lines before it with {}.", nameOfLineEnd(found),
+                            nameOfLineEnd(lineEnd_)),
+                "Let all lines end alike, and put line breaks inside a field in quotes.");
+  }
+  position_ += found.size();
+  ++line_;
+  return true;
+}
+
+bool TableScanner::checkUtf8(const CsvField& field) {
+  const std::size_t wrong = findNoUtf8(field.text);
+  if (wrong == std::string_view::npos) return true;
+  return fail(field.line + countLines(field.text.substr(0, wrong)),
+              fmt::format("The byte 0x{:02X} is no UTF-8.", static_cast<unsigned char>(field.text[wrong])), saveAsUtf8);
+}
+
+void TableScanner::noteSkippedLines(std::uint64_t count, std::uint64_t firstLine) {
+  if (count != 0 && skippedLines_ == 0) firstSkipped_ = firstLine;
+  skippedLines_ += count;
+}
+
+bool TableScanner::fail(std::uint64_t line, std::string what, std::string remedy) {
+  problem_ = Problem{std::move(what), fmt::format("{}, line {}", path_, line), std::move(remedy)};
+  return false;
+}
+
+bool TableScanner::failAtNul() {
+  return fail(line_, "A NUL byte stands in the text.",
+              "Is this a text file, saved as UTF-8? Then remove the NUL bytes from it.");
+}
+
+bool TableScanner::failAtOpenQuote(std::uint64_t line) {
+  return fail(line, "The quote that opens here is never closed.",
+              "Close it, or double it where it is a character of the text.");
+}
+
+bool TableScanner::failBehindQuote(std::uint64_t fieldLine) {
+  return fail(line_, fmt::format("A quote is closed, and the field (which began in line {}) goes on.", fieldLine),
+              "Double the quotes inside a quoted field, and leave no blanks behind it.");
+}
+
+bool TableScanner::failAtBlankBeforeQuote() {
+  return fail(line_, "A blank stands before an opening quote.", "Remove it, or put it inside the quotes.");
+}
+
+bool TableScanner::failAtFieldCount(std::uint64_t line, std::size_t fields, std::size_t expected,
+                                    std::string_view expectedBy) {
+  return fail(line,
+              fmt::format("The number of fields in this line is {}; {} are expected, as {} has them.", fields, expected,
+                          expectedBy),
+              "Put a field that holds a delimiter into quotes, and write an empty one where a value is missing.");
+}
+
+std::unique_ptr<TableScanner> openScanner(ByteSource& source, const TableDialect& dialect, std::string path) {
+  if (isPlain(dialect)) return std::make_unique<CsvScanner>(source, dialect, std::move(path));
+  return std::make_unique<DialectScanner>(source, dialect, std::move(path));
+}
+
+}  // namespace workbench::data

@@ -1,0 +1,190 @@
+#include "workbench/data/files/table_source.h"
+
+#include <fmt/format.h>
+
+#include <string_view>
+#include <utility>
+
+#include "workbench/data/descriptors/find_description.h"
+#include "workbench/data/files/column_names.h"
+
+namespace workbench::data {
+namespace {
+
+constexpr std::string_view packageName = "datapackage.json";
+
+// A package, and the name of its resource behind "#"; empty when none is named.
+struct ResourceReference {
+  std::string packagePath;
+  std::string resourceName;
+};
+
+bool isPackage(std::string_view path) {
+  const std::size_t folderEnd = path.rfind('/');
+  return path.substr(folderEnd == std::string_view::npos ? 0 : folderEnd + 1) == packageName;
+}
+
+std::optional<ResourceReference> resourceReference(const std::string& path) {
+  if (isPackage(path)) return ResourceReference{path, ""};
+  const std::size_t sign = path.find('#');
+  if (sign == std::string::npos || !isPackage(std::string_view(path).substr(0, sign))) return std::nullopt;
+  return ResourceReference{path.substr(0, sign), path.substr(sign + 1)};
+}
+
+// All files of a table are of one kind.
+Outcome<FileKind> commonKind(const std::vector<std::string>& dataPaths, const DescribedTable* description) {
+  Outcome<FileKind> kind = fileKind(dataPaths.front());
+  if (!kind) return kind;
+  for (const std::string& path : dataPaths) {
+    const Outcome<FileKind> other = fileKind(path);
+    if (!other) return other;
+    if (other->delimiter == kind->delimiter && other->packing == kind->packing) continue;
+    return Problem{
+        fmt::format("The file is of another kind than {}, and both are said to hold one table.", dataPaths.front()),
+        path, "Let all files of a table be of one kind."};
+  }
+  if (description != nullptr && description->packing) kind->packing = *description->packing;
+  return kind;
+}
+
+// Category values and discrete missing values are what a cell may be. A range cannot be listed: then nothing is said.
+void restrictValues(DeclaredColumn& column, const DescribedField& field) {
+  const MissingValues& missing = field.variable.missing;
+  if (!field.categories || missing.code < 0) return;
+  column.numbers = field.categories->numbers;
+  column.texts = field.categories->texts;
+  for (std::int32_t index = 0; index < missing.code; ++index) {
+    const OBS& value = missing.values[static_cast<std::size_t>(index)];
+    if (field.reading.type != CellType::text) {
+      column.numbers.push_back(value.number);
+    } else {
+      const std::string_view text(value.text, sizeof value.text);
+      column.texts.emplace_back(text.substr(0, text.find_last_not_of(' ') + 1));
+    }
+  }
+}
+
+DeclareColumns declarationsOf(std::shared_ptr<const DescribedTable> description, std::string path) {
+  if (description == nullptr || description->fields.empty()) return nullptr;
+  return [description = std::move(description),
+          path = std::move(path)](const std::vector<std::string>& header) -> Outcome<DeclaredColumns> {
+    const Outcome<MatchedFields> matched = matchFields(*description, header, path);
+    if (!matched) return matched.problem();
+    DeclaredColumns columns(header.size());
+    for (std::size_t column = 0; column < header.size(); ++column) {
+      const std::optional<std::size_t> index = matched->fieldOfColumn[column];
+      if (!index) continue;
+      const DescribedField& field = description->fields[*index];
+      columns[column] = DeclaredColumn{field.reading, {}, {}};
+      restrictValues(*columns[column], field);
+    }
+    return columns;
+  };
+}
+
+// "3 values, the first of them "7" in line 12".
+std::string countWithFirst(std::uint64_t count, const CellSighting& first) {
+  return count == 1 ? fmt::format("the value \"{}{}\" in line {}", first.text, first.isWhole ? "" : "...", first.line)
+                    : fmt::format("{} values, the first of them \"{}{}\" in line {},", count, first.text,
+                                  first.isWhole ? "" : "...", first.line);
+}
+
+void warnOfFindings(TableSource& source) {
+  const FileEvidence& evidence = *source.evidence.whole;
+  for (std::size_t column = 0; column < evidence.findings.size(); ++column) {
+    const DeclaredFindings& findings = evidence.findings[column];
+    const std::string& name = source.names[column];
+    if (findings.outside != 0) {
+      source.warnings.push_back(fmt::format("Column \"{}\": {} {} no category of the field.", name,
+                                            countWithFirst(findings.outside, findings.firstOutside),
+                                            findings.outside == 1 ? "is" : "are"));
+    }
+    if (findings.oddGroups != 0) {
+      source.warnings.push_back(fmt::format("Column \"{}\": {} {} grouped otherwise than by three digits.", name,
+                                            countWithFirst(findings.oddGroups, findings.firstOddGroups),
+                                            findings.oddGroups == 1 ? "is" : "are"));
+    }
+    if (findings.zoned.value_or(false)) {
+      source.warnings.push_back(
+          fmt::format("Column \"{}\": its times bear a zone; they are read as times in UTC.", name));
+    }
+  }
+}
+
+void warnOfLines(TableSource& source) {
+  for (const SharedEvidence& part : source.evidence.parts) {
+    if (part->skippedLines == 0) continue;
+    source.warnings.push_back(fmt::format("{} blank line{} between others, the first in line {}; {} skipped.",
+                                          part->skippedLines, part->skippedLines == 1 ? " stands" : "s stand",
+                                          part->firstSkippedLine, part->skippedLines == 1 ? "it was" : "they were"));
+  }
+  const std::optional<std::int64_t> told = source.description ? source.description->bytes : std::nullopt;
+  const std::int64_t size = source.evidence.parts.front()->identity.size;
+  if (told && *told != size) {
+    source.warnings.push_back(
+        fmt::format("The file has {} bytes, and {} says {}.", size, source.description->descriptorPath, *told));
+  }
+}
+
+void nameColumns(TableSource& source) {
+  std::vector<std::string> wanted = source.evidence.whole->header;
+  for (std::size_t column = 0; column < wanted.size(); ++column) {
+    if (const DescribedField* field = source.fieldOf(column)) wanted[column] = field->variable.name;
+  }
+  ColumnNames names = columnNames(wanted);
+  source.names = std::move(names.names);
+  for (std::string& warning : names.warnings) source.warnings.push_back(std::move(warning));
+}
+
+}  // namespace
+
+Outcome<std::optional<DescribedTable>> descriptionOf(const std::string& path) {
+  const std::optional<ResourceReference> reference = resourceReference(path);
+  if (!reference) return descriptionBeside(path);
+  Outcome<DescribedTable> described = describedResource(reference->packagePath, reference->resourceName);
+  if (!described) return described.problem();
+  return std::optional(std::move(*described));
+}
+
+Outcome<TableSource> examineTable(const std::string& path) {
+  TableSource source;
+  source.path = path;
+  source.dataPaths = {path};
+
+  // 1. What is said of the table.
+  if (!resourceReference(path)) {
+    if (const Outcome<FileKind> kind = fileKind(path); !kind) return kind.problem();
+  }
+  Outcome<std::optional<DescribedTable>> described = descriptionOf(path);
+  if (!described) return described.problem();
+  if (*described) {
+    source.dataPaths = (*described)->dataPaths;
+    source.description = std::make_shared<const DescribedTable>(std::move(**described));
+    source.warnings = source.description->warnings;
+  }
+  const DescribedTable* const description = source.description.get();
+  const Outcome<FileKind> kind = commonKind(source.dataPaths, description);
+  if (!kind) return kind.problem();
+  source.kind = *kind;
+
+  // 2. What stands in it.
+  Outcome<TableEvidence> evidence =
+      evidenceOfParts(source.dataPaths, source.kind, description == nullptr ? TableDialect() : description->dialect,
+                      declarationsOf(source.description, source.dataPaths.front()));
+  if (!evidence) return evidence.problem();
+  source.evidence = std::move(*evidence);
+
+  // 3. How both belong together.
+  const std::vector<std::string>& header = source.evidence.whole->header;
+  Outcome<MatchedFields> fields =
+      matchFields(description == nullptr ? DescribedTable() : *description, header, source.dataPaths.front());
+  if (!fields) return fields.problem();
+  source.fields = std::move(*fields);
+  for (const std::string& warning : source.fields.warnings) source.warnings.push_back(warning);
+  nameColumns(source);
+  warnOfLines(source);
+  warnOfFindings(source);
+  return source;
+}
+
+}  // namespace workbench::data

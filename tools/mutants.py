@@ -46,6 +46,11 @@ def main():
     unknown = set(options.number) - {mutant.number for mutant in chosen}
     if unknown:
         sys.exit(f"There is no mutant {', '.join(map(str, sorted(unknown)))}.")
+    if options.applies:
+        lost = [mutant for mutant in chosen if mutated((ROOT / mutant.file).read_text(), mutant) is None]
+        for mutant in lost:
+            print(f"{mutant.number}: its lines are not in {mutant.file} just once")
+        sys.exit(bool(lost))
     started = time.monotonic()
     results = tried(chosen, options.jobs)
     report(chosen, results, time.monotonic() - started)
@@ -58,6 +63,7 @@ def main():
 def parsed_options():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("number", type=int, nargs="*", help="only these mutants (their results are shown, not written)")
+    parser.add_argument("--applies", action="store_true", help="only see whether every change finds its lines")
     parser.add_argument("--jobs", type=int, default=1, help="mutants at a time, each in a copy of its own")
     return parser.parse_args()
 

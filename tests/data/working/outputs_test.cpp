@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <vector>
 
 #include "host/messages.h"
 #include "tests/data/working/outputs_fixture.h"
@@ -77,6 +78,19 @@ TEST_F(Outputs, AreWrittenInTheOrderDictionaryCasesClose) {
   source.Close();
   EXPECT_THROW(source.WriteCase(&slot), ErrorText);
   EXPECT_THROW(source.Close(), ErrorText);
+}
+
+// A case as large as a block, so that every case written is passed on.
+TEST_F(Outputs, TakeTheNextCaseAfterOneThatCannotBeWritten) {
+  constexpr std::int32_t widest = 32767;
+  constexpr int variables = 33;
+  const auto output = open(folder_.file("out.csv"));
+  VRIX_DataSource& source = output->GetDataSource();
+  for (int variable = 0; variable < variables; ++variable) source.MakeVariable(widest, nullptr);
+  source.CommitDictionary();
+  std::vector<OBS> slots(source.GetCaseSize());
+  EXPECT_THROW(source.WriteCase(slots.data()), ErrorText) << "it holds NUL bytes";
+  EXPECT_THROW(source.WriteCase(slots.data()), ErrorText);
 }
 
 TEST_F(Outputs, HoldVariablesLikeThoseOfTheActiveDataset) {

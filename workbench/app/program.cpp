@@ -52,9 +52,10 @@ std::string namesOf(const std::vector<std::string>& names) {
 
 Outcome<Job> jobOf(const CompareCommand& compare) {
   CompareRequest request = compare.request;
-  const bool bothBringDictionaries =
-      data::bringsDictionary(request.active) && data::bringsDictionary(request.comparison);
-  if (!compare.propertiesAreAsked && bothBringDictionaries) request.properties = {"all"};
+  const auto bothBringDictionaries = [&] {
+    return data::bringsDictionary(request.active) && data::bringsDictionary(request.comparison);
+  };
+  if (!compare.propertiesAreAsked && bothBringDictionaries()) request.properties = {"all"};
   Job job{compareJob(request), OnError::stopButForSort};
   if (compare.showSyntax) std::cout << job.text << '\n';
   return job;

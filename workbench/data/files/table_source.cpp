@@ -176,8 +176,9 @@ Outcome<TableSource> examineTable(const std::string& path) {
 
   // 3. How both belong together.
   const std::vector<std::string>& header = source.evidence.whole->header;
+  const DescribedTable undescribed;
   Outcome<MatchedFields> fields =
-      matchFields(description == nullptr ? DescribedTable() : *description, header, source.dataPaths.front());
+      matchFields(description == nullptr ? undescribed : *description, header, source.dataPaths.front());
   if (!fields) return fields.problem();
   source.fields = std::move(*fields);
   for (const std::string& warning : source.fields.warnings) source.warnings.push_back(warning);

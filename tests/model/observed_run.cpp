@@ -193,7 +193,12 @@ std::string disagreement(const World& world, const Command& command, ObservedRun
   if (world.activeHandle) handles.insert(folded(*world.activeHandle));
   std::vector<std::string> files;
   for (const auto& output : {foretold.matched, foretold.mismatched}) {
-    if (output && output->isFile) files.push_back(std::filesystem::path(output->name).filename().string());
+    if (output && output->isFile) {
+      const std::filesystem::path name = std::filesystem::path(output->name).filename();
+      files.push_back(name.string());
+      // Every file of cases is written with its dictionary beside it.
+      files.push_back(name.stem().string() + ".schema.json");
+    }
     if (output && !output->isFile) handles.insert(folded(output->name));
   }
   foretold.report.openDatasets = listed({handles.begin(), handles.end()});

@@ -81,7 +81,7 @@ inline std::string scanned(TableScanner& scanner, bool hasHeader) {
   CsvField field;
   bool atStart = true;
   TableScanner::Step step = scanner.next(field);
-  for (; step == TableScanner::Step::field; step = scanner.next(field)) {
+  for (; step == TableScanner::Step::taken; step = scanner.next(field)) {
     if (!atStart) {
       all += '|';
     } else if (!all.empty()) {

@@ -12,7 +12,8 @@ namespace workbench::data {
 bool isForDuckDb(const TableDialect& dialect) { return isPlain(dialect) && isUtf8(dialect.encoding); }
 
 std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table) {
-  if (isForDuckDb(table->dialect())) return std::make_unique<CsvCaseReader>(std::move(table));
+  const bool isPacked = table->kind.packing != Packing::none;
+  if (isPacked && isForDuckDb(table->dialect())) return std::make_unique<CsvCaseReader>(std::move(table));
   return std::make_unique<ScannedCaseReader>(std::move(table));
 }
 

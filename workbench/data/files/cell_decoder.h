@@ -24,8 +24,8 @@ class CellDecoder {
   explicit CellDecoder(const CsvTable& table);
 
   // Stores so many cells of a column, one per case, into cases that lie `caseSlots` slots apart. `cells` gives a row's
-  // text by text(row), and by isNull(row) whether it holds no value whatever its column. Gives the row of a cell that
-  // does not read, and ends there.
+  // text by text(row), and by isNull(row) whether it holds no value whatever its column; arePadded promises
+  // readableBehind of every text. Gives the row of a cell that does not read, and ends there.
   template <class Cells>
   std::optional<std::size_t> decode(std::size_t column, const Cells& cells, std::size_t rows, OBS* cases,
                                     std::size_t caseSlots);
@@ -66,6 +66,22 @@ class CellDecoder {
   std::uint64_t bytesRead_ = 0;
 };
 
+// Stores a text and blanks behind it, eight bytes at a time. Requires: readableBehind; it is no longer than slotBytes.
+inline void storePadded(std::string_view text, OBS* slots, std::size_t slotBytes) {
+  constexpr std::uint64_t blanks = 0x2020202020202020;
+  for (std::size_t at = 0; at < slotBytes; at += sizeof blanks, ++slots) {
+    std::uint64_t eight = blanks;
+    if (at < text.size()) {
+      std::memcpy(&eight, text.data() + at, sizeof eight);
+      if (const std::size_t rest = text.size() - at; rest < sizeof eight) {
+        const std::uint64_t inside = (std::uint64_t{1} << (rest * 8)) - 1;  // the first byte is the lowest
+        eight = (eight & inside) | (blanks & ~inside);
+      }
+    }
+    std::memcpy(slots->text, &eight, sizeof eight);
+  }
+}
+
 template <class Cells>
 std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& cells, std::size_t rows, OBS* cases,
                                                std::size_t caseSlots) {
@@ -74,7 +90,8 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
   switch (how.decoding) {
     case Decoding::number:
       return decodeNumbers(cells, rows, values, caseSlots, [](std::string_view cell) {
-        if (ShortDecimal number; readShortDecimal(cell, number)) return std::optional(number.value());
+        constexpr auto readShort = Cells::arePadded ? readPaddedShortDecimal : readShortDecimal;
+        if (ShortDecimal number; readShort(cell, number)) return std::optional(number.value());
         return cell.empty() ? std::optional(systemMissing) : longNumberOf(cell);
       });
     case Decoding::moment:
@@ -120,8 +137,12 @@ std::optional<std::size_t> CellDecoder::decodeTexts(const Column& column, const 
     const std::string_view cell = cells.text(row);
     const std::string_view value = cells.isNull(row) || holdsNoValue(cell) ? std::string_view("") : cell;
     if (value.size() > column.width) return row;
-    std::memcpy(values->text, value.data(), value.size());
-    std::memset(values->text + value.size(), ' ', column.slotBytes - value.size());
+    if constexpr (Cells::arePadded) {
+      storePadded(value, values, column.slotBytes);
+    } else {
+      std::memcpy(values->text, value.data(), value.size());
+      std::memset(values->text + value.size(), ' ', column.slotBytes - value.size());
+    }
     bytes += cell.size();
   }
   bytesRead_ += bytes;

@@ -5,8 +5,19 @@
 
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/data/cells/decimal_text.h"
+#include "workbench/text/string_comparison.h"
 
 namespace workbench::data {
+
+namespace {
+
+std::optional<double> numberOf(std::string_view cell) {
+  if (ShortDecimal number; readPaddedShortDecimal(cell, number)) return number.value();
+  const std::optional<Decimal> number = decimalOf(cell);
+  return number ? valueOf(*number) : std::nullopt;
+}
+
+}  // namespace
 
 CellSighting sightingOf(std::string_view cell, std::uint64_t line) {
   constexpr std::size_t longest = 40;
@@ -17,27 +28,58 @@ CellSighting sightingOf(std::string_view cell, std::uint64_t line) {
   return {line, std::string(cell.substr(0, length)), false};
 }
 
-void ColumnEvidence::add(std::string_view cell, std::uint64_t line) {
-  const auto kind = static_cast<std::size_t>(seen(cell));
+void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
+  if (numbersRise_ || textsRise_) followOrder(cells, column);
+  for (std::size_t record = 0; record < cells.records(); ++record) {
+    const std::string_view cell = cells.isNull(record, column) ? std::string_view() : cells.text(record, column);
+    add(cell, readPaddedShortDecimal, [&] { return cells.lineOf(record, column); });
+  }
+}
+
+void ColumnEvidence::addAs(std::string_view text, const CellBatch& cells, std::size_t record, std::size_t column) {
+  numbersRise_ = textsRise_ = false;
+  add(text, readShortDecimal, [&] { return cells.lineOf(record, column); });
+}
+
+template <class ReadShort, class LineOf>
+void ColumnEvidence::add(std::string_view cell, ReadShort readShort, LineOf lineOf) {
+  const auto kind = static_cast<std::size_t>(seen(cell, readShort));
   longestText_ = std::max(longestText_, cell.size());
   if (counts_[kind]++ == 0 && kind != static_cast<std::size_t>(CellKind::empty)) {
-    first_[kind] = sightingOf(cell, line);
+    first_[kind] = sightingOf(cell, lineOf());
+  }
+}
+
+// Up to the first cell that is not greater; in most columns that is a matter of a few.
+void ColumnEvidence::followOrder(const CellBatch& cells, std::size_t column) {
+  for (std::size_t record = 0; record < cells.records() && numbersRise_; ++record) {
+    const std::optional<double> number = numberOf(cells.text(record, column));
+    numbersRise_ = number && (!lastNumber_ || *lastNumber_ < *number);
+    lastNumber_ = number;
+  }
+  for (std::size_t record = 0; record < cells.records() && textsRise_; ++record) {
+    const std::string_view cell = text::withoutTrailingBlanks(cells.text(record, column));
+    textsRise_ = !lastText_ || *lastText_ < cell;
+    if (!lastText_) lastText_.emplace();
+    lastText_->assign(cell);
   }
 }
 
 // Most cells are told by their first character and their length.
-CellKind ColumnEvidence::seen(std::string_view cell) {
+template <class ReadShort>
+CellKind ColumnEvidence::seen(std::string_view cell, ReadShort readShort) {
   if (cell.empty()) return CellKind::empty;
   const char first = cell.front();
   const bool beginsWithDigit = first >= '0' && first <= '9';
   if (!beginsWithDigit && first != '-' && first != '+' && first != '.') return CellKind::text;
-  if (ShortDecimal number; readShortDecimal(cell, number)) {
+  if (ShortDecimal number; readShort(cell, number)) {
     const std::int32_t sign = number.negative ? 1 : 0;
     wholeWidth_ = std::max(wholeWidth_, std::max(number.wholeDigits, 1) + sign);
     fractionDigits_ = std::max(fractionDigits_, number.fractionDigits);
     longestMantissa_ = std::max(longestMantissa_, number.mantissa);
     return CellKind::number;
   }
+  if (beginsWithDigit && dateOf(cell)) return CellKind::date;
   if (const std::optional<Decimal> number = decimalOf(cell)) {
     if (!isHeld(*number)) return CellKind::text;
     wholeWidth_ = std::max(wholeWidth_, number->expandedWholeDigits() + (number->negative ? 1 : 0));
@@ -46,7 +88,6 @@ CellKind ColumnEvidence::seen(std::string_view cell) {
     return CellKind::number;
   }
   if (!beginsWithDigit) return CellKind::text;
-  if (dateOf(cell)) return CellKind::date;
   if (const std::optional<CalendarValue> time = timeOf(cell); time && time->isHeld) {
     secondsDigits_ = std::max(secondsDigits_, time->fractionDigits);
     return CellKind::time;
@@ -59,6 +100,7 @@ CellKind ColumnEvidence::seen(std::string_view cell) {
 }
 
 void ColumnEvidence::merge(const ColumnEvidence& other) {
+  numbersRise_ = textsRise_ = false;
   for (std::size_t kind = 0; kind < cellKinds; ++kind) {
     counts_[kind] += other.counts_[kind];
     if (first_[kind].line == 0) first_[kind] = other.first_[kind];

@@ -7,8 +7,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "workbench/data/files/cell_batch.h"
 
 namespace workbench::data {
 
@@ -28,7 +31,10 @@ CellSighting sightingOf(std::string_view cell, std::uint64_t line);
 
 class ColumnEvidence {
  public:
-  void add(std::string_view cell, std::uint64_t line);
+  // Adds all cells of a column. A null counts as an empty cell.
+  void add(const CellBatch& cells, std::size_t column);
+  // Adds one of them as if it had another text.
+  void addAs(std::string_view text, const CellBatch& cells, std::size_t record, std::size_t column);
   // Adds all that the other one has seen. Sightings stay this one's where it has any.
   void merge(const ColumnEvidence& other);
 
@@ -46,8 +52,17 @@ class ColumnEvidence {
   std::int32_t significantDigits() const;                        // from the first that is not 0
   std::int32_t secondsDigits() const { return secondsDigits_; }  // of the fractions of all times and dates with times
 
+  // Whether all cells were filled and each was greater than the one before it: as a number, or by the bytes of its text
+  // without trailing blanks. Not known, and so false, of merged evidence and of cells that were added as another text.
+  bool numbersRise() const { return numbersRise_ && kind() == CellKind::number && count(CellKind::empty) == 0; }
+  bool textsRise() const { return textsRise_ && count(CellKind::empty) == 0; }
+
  private:
-  CellKind seen(std::string_view cell);
+  template <class ReadShort>
+  CellKind seen(std::string_view cell, ReadShort readShort);
+  template <class ReadShort, class LineOf>
+  void add(std::string_view cell, ReadShort readShort, LineOf lineOf);
+  void followOrder(const CellBatch& cells, std::size_t column);
 
   std::array<std::uint64_t, cellKinds> counts_{};
   std::array<CellSighting, cellKinds> first_;
@@ -57,6 +72,10 @@ class ColumnEvidence {
   std::int32_t significantDigits_ = 1;  // of those that are no short decimals
   std::uint64_t longestMantissa_ = 0;   // of those that are
   std::int32_t secondsDigits_ = 0;
+  bool numbersRise_ = true;
+  bool textsRise_ = true;
+  std::optional<double> lastNumber_;     // while they rise
+  std::optional<std::string> lastText_;  // the same
 };
 
 // Why the text is not of the given kind, as the end of a sentence: "is no ISO date". Requires: it is not.

@@ -40,6 +40,8 @@ std::string csvQuery(const std::string& path, const FileEvidence& evidence, Pack
 
 // The cells of a column from a row of the chunk on.
 struct ChunkCells {
+  static constexpr bool arePadded = false;
+
   DuckDbQuery::Column column;
   std::size_t firstRow;
   const std::optional<std::string>& nullSequence;

@@ -102,7 +102,7 @@ Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path,
   if (!source) return source.problem();
   if (partner && !*partner) return partner->problem();
 
-  // Readers will need it; better to know now that it is missing.
+  // Readers of packed files will need it; better to know now that it is missing.
   if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
 
   // 2. What nobody declared is inferred over both.

@@ -123,7 +123,7 @@ TEST(DecimalText, ReadsShortAndLongWritingsAlikeAsTheNearestDouble) {
     RC_ASSERT(judged(text) == "number");
     RC_ASSERT(valueOfText(text) == expected);
     ShortDecimal number;
-    RC_ASSERT(readShortDecimal(text, number));
+    RC_ASSERT(number.read(text));
     RC_ASSERT(number.value() == expected);
   }));
 }
@@ -133,42 +133,11 @@ TEST(DecimalText, KnowsAllShortDecimalsTheLongWay) {
     std::string text;
     for (const char character : picked) text += "0123456789.-+e"[static_cast<unsigned char>(character) % 14];
     ShortDecimal number;
-    if (!readShortDecimal(text, number)) return;
+    if (!number.read(text)) return;
     RC_ASSERT(judged(text) == "number");
     RC_ASSERT(number.value() == valueOfText(text));
     RC_ASSERT(std::signbit(number.value()) == std::signbit(valueOfText(text)));
   }));
-}
-
-// Texts of the characters that count, and some others, among any further ones.
-TEST(DecimalText, ReadsShortDecimalsAlikeWhateverStandsBehindThem) {
-  constexpr std::string_view characters = "012345678901234567890123456789..-+e:/ \x01\x7F\x80\xFF";
-  std::size_t numbers = 0;
-  EXPECT_TRUE(rc::check([&](const std::vector<std::uint8_t>& picked, const std::string& digits, std::uint8_t place) {
-    std::string text;
-    for (const std::uint8_t pick : picked) text += characters[pick % characters.size()];
-    std::string number;
-    for (const char digit : digits) number += characters[static_cast<unsigned char>(digit) % 10];
-    if (place % 3 != 0 && !number.empty()) number.insert(place % number.size(), 1, '.');
-    for (std::string* tried : {&text, &number}) {
-      for (std::size_t length = 0; length <= std::min<std::size_t>(tried->size(), 20); ++length) {
-        std::string padded = *tried;
-        padded.resize(std::max(padded.size(), length) + readableBehind, '7');
-        const std::string_view cell = std::string_view(padded).substr(0, length);
-        ShortDecimal one;
-        ShortDecimal other;
-        const bool isNumber = readShortDecimal(cell, one);
-        RC_ASSERT(readPaddedShortDecimal(cell, other) == isNumber);
-        if (!isNumber) continue;
-        ++numbers;
-        RC_ASSERT(one.mantissa == other.mantissa);
-        RC_ASSERT(one.wholeDigits == other.wholeDigits);
-        RC_ASSERT(one.fractionDigits == other.fractionDigits);
-        RC_ASSERT(one.negative == other.negative);
-      }
-    }
-  }));
-  EXPECT_GT(numbers, 1000U);
 }
 
 }  // namespace

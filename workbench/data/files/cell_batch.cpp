@@ -7,7 +7,7 @@ namespace workbench::data {
 
 std::uint64_t CellBatch::lineOf(std::size_t record, std::size_t column) const {
   if (!lines_.empty()) return lines_[record * columns_ + column];
-  return firstLine_ + countLines({text_, place(record, column).begin()});
+  return firstLine_ + countLines({text_, places_[record * columns_ + column].begin()});
 }
 
 std::uint64_t CellBatch::bytes() const {

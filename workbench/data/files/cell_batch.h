@@ -32,19 +32,38 @@ class CellPlace {
   std::uint32_t length_ = 0;
 };
 
+// The cells of a column, from one record of a batch on. Valid as long as the batch is left as it is.
+class ColumnCells {
+ public:
+  static constexpr bool arePadded = true;
+
+  ColumnCells(const char* text, const CellPlace* first, std::size_t stride)
+      : text_(text), first_(first), stride_(stride) {}
+
+  std::string_view text(std::size_t record) const {
+    const CellPlace& cell = first_[record * stride_];
+    return {text_ + cell.begin(), cell.length()};
+  }
+  // It holds no value, whatever its column's type, though it has a text.
+  bool isNull(std::size_t record) const { return first_[record * stride_].isNull(); }
+
+ private:
+  const char* text_;
+  const CellPlace* first_;
+  std::size_t stride_;
+};
+
 class CellBatch {
  public:
   static constexpr std::size_t mostBytes = std::size_t{1} << 28;  // of a record
 
   std::size_t records() const { return records_; }
   std::size_t columns() const { return columns_; }
-  std::string_view text(std::size_t record, std::size_t column) const {
-    const CellPlace& cell = place(record, column);
-    return {text_ + cell.begin(), cell.length()};
+  ColumnCells column(std::size_t column, std::size_t firstRecord = 0) const {
+    return {text_, places_.data() + firstRecord * columns_ + column, columns_};
   }
-  // It holds no value, whatever its column's type, though it has a text.
-  bool isNull(std::size_t record, std::size_t column) const { return place(record, column).isNull(); }
-  // Where it begins in the file, from 1. Takes as long as looking through the text before it.
+  std::string_view text(std::size_t record, std::size_t column) const { return this->column(column).text(record); }
+  // Where a cell begins in the file, from 1. Takes as long as looking through the text before it.
   std::uint64_t lineOf(std::size_t record, std::size_t column) const;
   std::uint64_t bytes() const;  // of all cells
 
@@ -63,8 +82,6 @@ class CellBatch {
   std::size_t ownBytes() const { return ownText_.size(); }
 
  private:
-  const CellPlace& place(std::size_t record, std::size_t column) const { return places_[record * columns_ + column]; }
-
   const char* text_ = nullptr;
   std::size_t columns_ = 0;
   std::size_t records_ = 0;

@@ -3,6 +3,7 @@
 // Used by one thread at a time.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -32,8 +33,6 @@ class CellDecoder {
   // Makes missing what no column feeds.
   void fillUnfed(OBS* cases, std::size_t rows, std::size_t caseSlots) const;
 
-  // Of all cells so far, taken or not.
-  std::uint64_t bytesRead() const { return bytesRead_; }
   // What to tell of a cell that did not read. `where` is its file and line or case.
   Problem refusal(std::size_t column, std::string_view cell, const std::string& where);
 
@@ -63,23 +62,22 @@ class CellDecoder {
   const CsvTable& table_;
   std::vector<Column> columns_;
   std::vector<std::int32_t> unfed_;  // variables
-  std::uint64_t bytesRead_ = 0;
 };
 
 // Stores a text and blanks behind it, eight bytes at a time. Requires: readableBehind; it is no longer than slotBytes.
 inline void storePadded(std::string_view text, OBS* slots, std::size_t slotBytes) {
   constexpr std::uint64_t blanks = 0x2020202020202020;
-  for (std::size_t at = 0; at < slotBytes; at += sizeof blanks, ++slots) {
-    std::uint64_t eight = blanks;
-    if (at < text.size()) {
-      std::memcpy(&eight, text.data() + at, sizeof eight);
-      if (const std::size_t rest = text.size() - at; rest < sizeof eight) {
-        const std::uint64_t inside = (std::uint64_t{1} << (rest * 8)) - 1;  // the first byte is the lowest
-        eight = (eight & inside) | (blanks & ~inside);
-      }
-    }
-    std::memcpy(slots->text, &eight, sizeof eight);
+  const OBS* const behind = slots + slotBytes / sizeof(OBS);
+  const char* next = text.data();
+  std::size_t rest = text.size();
+  for (; rest >= sizeof blanks; rest -= sizeof blanks, next += sizeof blanks) {
+    std::memcpy(slots++->text, next, sizeof blanks);
   }
+  if (slots == behind) return;
+  const std::uint64_t inside = (std::uint64_t{1} << (rest * 8)) - 1;
+  const std::uint64_t last = (eightBytes(next) & inside) | (blanks & ~inside);
+  std::memcpy(slots++->text, &last, sizeof last);
+  for (; slots != behind; ++slots) std::memcpy(slots->text, &blanks, sizeof blanks);
 }
 
 template <class Cells>
@@ -90,8 +88,8 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
   switch (how.decoding) {
     case Decoding::number:
       return decodeNumbers(cells, rows, values, caseSlots, [](std::string_view cell) {
-        constexpr auto readShort = Cells::arePadded ? readPaddedShortDecimal : readShortDecimal;
-        if (ShortDecimal number; readShort(cell, number)) return std::optional(number.value());
+        ShortDecimal number;
+        if (Cells::arePadded ? number.readPadded(cell) : number.read(cell)) return std::optional(number.value());
         return cell.empty() ? std::optional(systemMissing) : longNumberOf(cell);
       });
     case Decoding::moment:
@@ -110,42 +108,37 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
     case Decoding::skipped:
       break;
   }
-  for (std::size_t row = 0; row < rows; ++row) bytesRead_ += cells.text(row).size();
   return std::nullopt;
 }
 
 template <class Cells, class ValueOf>
 std::optional<std::size_t> CellDecoder::decodeNumbers(const Cells& cells, std::size_t rows, OBS* values,
                                                       std::size_t caseSlots, ValueOf valueOf) {
-  std::uint64_t bytes = 0;
+  const Cells own = cells;
   for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
-    const std::string_view cell = cells.text(row);
-    const std::optional<double> value = cells.isNull(row) ? std::optional(systemMissing) : valueOf(cell);
+    const std::string_view cell = own.text(row);
+    const std::optional<double> value = own.isNull(row) ? std::optional(systemMissing) : valueOf(cell);
     if (!value) return row;
     values->number = *value;
-    bytes += cell.size();
   }
-  bytesRead_ += bytes;
   return std::nullopt;
 }
 
 template <class Cells, class HoldsNoValue>
 std::optional<std::size_t> CellDecoder::decodeTexts(const Column& column, const Cells& cells, std::size_t rows,
                                                     OBS* values, std::size_t caseSlots, HoldsNoValue holdsNoValue) {
-  std::uint64_t bytes = 0;
+  const Cells own = cells;
   for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
-    const std::string_view cell = cells.text(row);
-    const std::string_view value = cells.isNull(row) || holdsNoValue(cell) ? std::string_view("") : cell;
+    const std::string_view cell = own.text(row);
+    const std::string_view value = own.isNull(row) || holdsNoValue(cell) ? std::string_view("") : cell;
     if (value.size() > column.width) return row;
-    if constexpr (Cells::arePadded) {
+    if constexpr (Cells::arePadded && std::endian::native == std::endian::little) {
       storePadded(value, values, column.slotBytes);
     } else {
       std::memcpy(values->text, value.data(), value.size());
       std::memset(values->text + value.size(), ' ', column.slotBytes - value.size());
     }
-    bytes += cell.size();
   }
-  bytesRead_ += bytes;
   return std::nullopt;
 }
 

@@ -102,8 +102,10 @@ Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path,
   if (!source) return source.problem();
   if (partner && !*partner) return partner->problem();
 
-  // Readers of packed files will need it; better to know now that it is missing.
-  if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
+  // Better to know now that it is missing. It takes its time to load, so who needs it not does not ask.
+  if (isReadByDuckDb(source->evidence.whole->dialect, source->kind.packing)) {
+    if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
+  }
 
   // 2. What nobody declared is inferred over both.
   const ScannedTable own = scannedTable(*source);

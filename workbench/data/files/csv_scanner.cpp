@@ -62,6 +62,7 @@ TableScanner::Step CsvScanner::nextRecords(CellBatch& batch) {
     const Taking taking = takeWholeRecords(batch, end_);
     if (taking == Taking::some) return Step::taken;
     anchor_ = position_;
+    recordLine_ = line_;
     if (taking == Taking::noneAtOddRecord || !refill()) break;
   }
   return TableScanner::nextRecords(batch);

@@ -28,9 +28,10 @@ DeclaredCells::DeclaredCells(DeclaredColumn column) : column_(inOrder(std::move(
 
 std::size_t DeclaredCells::add(const CellBatch& cells, std::size_t column, std::size_t records,
                                ColumnEvidence& evidence) {
+  const ColumnCells own = cells.column(column);
   for (std::size_t record = 0; record < records; ++record) {
-    const std::string_view cell = cells.text(record, column);
-    if (cells.isNull(record, column) || reader_.holdsNoValue(cell)) {
+    const std::string_view cell = own.text(record);
+    if (own.isNull(record) || reader_.holdsNoValue(cell)) {
       evidence.addAs("", cells, record, column);
       continue;
     }

@@ -14,18 +14,6 @@ namespace {
 
 using Step = TableScanner::Step;
 
-// The cells of a column from a record on.
-struct RecordCells {
-  static constexpr bool arePadded = true;
-
-  const CellBatch& records;
-  std::size_t firstRecord;
-  std::size_t column;
-
-  std::string_view text(std::size_t row) const { return records.text(firstRecord + row, column); }
-  bool isNull(std::size_t row) const { return records.isNull(firstRecord + row, column); }
-};
-
 }  // namespace
 
 ScannedCaseReader::ScannedCaseReader(std::shared_ptr<const CsvTable> table)
@@ -64,7 +52,10 @@ void ScannedCaseReader::fill(CaseBlock& block) {
 bool ScannedCaseReader::nextRecords() {
   record_ = 0;
   const bool isTaken = open_->scanner->nextRecords(records_) == Step::taken;
-  if (isTaken && records_.columns() == table_->columns.size()) return true;
+  if (isTaken && records_.columns() == table_->columns.size()) {
+    bytesOfPart_ += records_.bytes();
+    return true;
+  }
   records_.clear();
   endPart();
   return false;
@@ -72,7 +63,7 @@ bool ScannedCaseReader::nextRecords() {
 
 void ScannedCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t count) {
   for (std::size_t column = 0; column < records_.columns(); ++column) {
-    const RecordCells cells{records_, record_, column};
+    const ColumnCells cells = records_.column(column, record_);
     const std::optional<std::size_t> refused = decoder_.decode(column, cells, count, cases, caseSlots);
     if (!refused) continue;
     checkUnchanged();
@@ -86,10 +77,10 @@ void ScannedCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t co
 // At the end of a part, or where it is not sound any more.
 void ScannedCaseReader::endPart() {
   checkUnchanged();
-  checkWhole(part(), casesOfPart_, decoder_.bytesRead() - bytesBeforePart_);
+  checkWhole(part(), casesOfPart_, bytesOfPart_);
   open_.reset();
   casesOfPart_ = 0;
-  bytesBeforePart_ = decoder_.bytesRead();
+  bytesOfPart_ = 0;
   if (++partIndex_ != table_->parts.size()) openPart();
 }
 

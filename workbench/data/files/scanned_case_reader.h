@@ -45,7 +45,7 @@ class ScannedCaseReader final : public CaseReader {
   CellBatch records_;
   std::size_t record_ = 0;  // the next one to be decoded
   std::uint64_t casesOfPart_ = 0;
-  std::uint64_t bytesBeforePart_ = 0;
+  std::uint64_t bytesOfPart_ = 0;
 };
 
 }  // namespace workbench::data

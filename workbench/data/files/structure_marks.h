@@ -20,7 +20,7 @@ class StructureMarks {
  public:
   // Marks another text. Requires: it is smaller than 4 GiB; readBehindMarks.
   void find(const char* text, std::size_t size, StructureBytes bytes);
-  // The same on any machine; find() uses vector instructions where every machine of its kind has them.
+  // The same on any machine; find() uses vector instructions where the machine has them.
   void findPlainly(const char* text, std::size_t size, StructureBytes bytes);
 
   // Of all marked bytes, ascending.
@@ -30,8 +30,8 @@ class StructureMarks {
   std::size_t asciiUpTo() const { return asciiUpTo_; }
 
  private:
-  template <class MarkBitsOf>
-  void findBy(MarkBitsOf markBitsOf, const char* text, std::size_t size);
+  template <class Mark>
+  void findBy(Mark mark, const char* text, std::size_t size, StructureBytes bytes);
 
   std::vector<std::uint32_t> positions_;  // longer than what counts
   std::size_t count_ = 0;

@@ -6,8 +6,10 @@ build_packages=(
   librapidcheck-dev libgtest-dev libgmock-dev libbenchmark-dev libvalijson-dev zlib1g-dev libzstd-dev
 )
 check_packages=(clang-format-19 clang-tidy-19)
+fuzz_packages=(clang-19 libclang-rt-19-dev)
 
 install_build_packages() { install_apt_packages "${build_packages[@]}"; }
+install_fuzz_packages() { install_apt_packages "${fuzz_packages[@]}"; }
 install_check_packages() { install_apt_packages "${check_packages[@]}"; }
 
 install_apt_packages() {

@@ -11,9 +11,9 @@ namespace workbench::data {
 
 bool isForDuckDb(const TableDialect& dialect) { return isPlain(dialect) && isUtf8(dialect.encoding); }
 
-std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table) {
-  if (isForDuckDb(table->dialect())) return std::make_unique<CsvCaseReader>(std::move(table));
-  return std::make_unique<ScannedCaseReader>(std::move(table));
+std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted) {
+  if (isForDuckDb(table->dialect())) return std::make_unique<CsvCaseReader>(std::move(table), wanted);
+  return std::make_unique<ScannedCaseReader>(std::move(table), wanted);
 }
 
 }  // namespace workbench::data

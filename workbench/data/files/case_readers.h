@@ -13,6 +13,6 @@ namespace workbench::data {
 bool isForDuckDb(const TableDialect& dialect);
 
 // Throws ErrorText when a file is not any more what it was when it was scanned.
-std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table);
+std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted = {});
 
 }  // namespace workbench::data

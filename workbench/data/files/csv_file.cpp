@@ -30,7 +30,9 @@ class CsvFile final : public DataFile {
     return files;
   }
   std::optional<std::int64_t> caseCount() const override { return table_->cases(); }
-  std::unique_ptr<CaseReader> openReader() const override { return openCaseReader(table_); }
+  std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const override {
+    return openCaseReader(table_, wanted);
+  }
   const std::vector<std::string>& warnings() const override { return source_.warnings; }
 
  private:

@@ -22,8 +22,8 @@ struct OneCell {
 
 }  // namespace
 
-ScannedCaseReader::ScannedCaseReader(std::shared_ptr<const CsvTable> table)
-    : table_(std::move(table)), decoder_(*table_) {
+ScannedCaseReader::ScannedCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted)
+    : table_(std::move(table)), decoder_(*table_, wanted) {
   openPart();
 }
 

@@ -4,16 +4,31 @@
 // them, once, for all kinds.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/data/case_block.h"
 #include "workbench/data/dictionary.h"
 
 namespace workbench::data {
+
+// Which variables whoever reads cares for. The slots of others are left as they are: nothing is decoded in vain.
+class VariableSubset {
+ public:
+  VariableSubset() = default;  // all of them
+  explicit VariableSubset(std::vector<std::int32_t> variables) : variables_(std::move(variables)) {}
+  bool has(std::int32_t variable) const {
+    return !variables_ || std::find(variables_->begin(), variables_->end(), variable) != variables_->end();
+  }
+
+ private:
+  std::optional<std::vector<std::int32_t>> variables_;
+};
 
 // One pass over the cases of a dataset. Used by one thread at a time.
 class CaseReader {

@@ -27,7 +27,12 @@ class DataFile {
   virtual std::vector<std::string> furtherFiles() const { return {}; }
   virtual std::optional<std::int64_t> caseCount() const = 0;
   // A pass over all cases. Several may be open at once, each used by one thread at a time. Throws ErrorText.
-  virtual std::unique_ptr<CaseReader> openReader() const = 0;
+  virtual std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const = 0;
+  std::unique_ptr<CaseReader> openReader() const { return openReader(VariableSubset()); }
+  // Whether it is known without reading that the variable's values increase strictly from case to case and none is
+  // missing: numbers by value, texts by their bytes over the full width with the blanks at their end left out, none of
+  // them empty.
+  virtual bool isKnownIncreasing(std::int32_t /*variable*/) const { return false; }
   // What a user should know of how the file was read: a renamed column, a column that stayed text and why. Sentences.
   virtual const std::vector<std::string>& warnings() const = 0;
 };

@@ -111,6 +111,26 @@ TEST(CaseReaders, LetColumnsFeedVariablesInAnyOrderAndLeaveOthersMissing) {
   EXPECT_EQ(casesOfScanner(table), ". 'x' '' 1 / . 'y' '' 2");
 }
 
+TEST(CaseReaders, LeaveTheSlotsOfVariablesThatAreNotWantedAsTheyAre) {
+  const TestFolder folder;
+  const SharedTable table = tableOf({folder.write("a.csv", "a,b,c\n1,long text,3\n4,,6\n")}, dialect(),
+                                    {{"c", as(data::declared(CellType::number))}});
+  ScannedCaseReader scanner(table, VariableSubset({2}));
+  CsvCaseReader duckDb(table, VariableSubset({2}));
+  for (CaseReader* const reader : {static_cast<CaseReader*>(&scanner), static_cast<CaseReader*>(&duckDb)}) {
+    CaseBlock block(table->layout.caseSlots);
+    std::fill_n(block.begin(), block.capacity() * block.caseSlots(), OBS{42});
+    reader->fill(block);
+    ASSERT_EQ(block.cases(), 2U);
+    const std::size_t slot = table->layout.slotOfVariable[2];
+    EXPECT_EQ(block.at(0)[slot].number, 3);
+    EXPECT_EQ(block.at(1)[slot].number, 6);
+    for (std::size_t other = 0; other < slot; ++other) EXPECT_EQ(block.at(1)[other].number, 42);
+    reader->fill(block);
+    EXPECT_EQ(block.cases(), 0U) << "the end is found to be where it was";
+  }
+}
+
 TEST(CaseReaders, ReadPartsOneBelowTheOther) {
   const TestFolder folder;
   const std::vector<std::string> paths = {folder.write("a.csv", "a,b\n1,x\n2,y\n"), folder.write("b.csv", "a,b\n"),

@@ -91,20 +91,27 @@ class MemoryFile final : public DataFile {
   const Dictionary& dictionary() const override { return content_.dictionary; }
   const std::string& path() const override { return path_; }
   std::optional<std::int64_t> caseCount() const override { return static_cast<std::int64_t>(content_.rows.size()); }
-  std::unique_ptr<CaseReader> openReader() const override { return std::make_unique<Reader>(*this); }
+  using DataFile::openReader;
+  std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const override {
+    return std::make_unique<Reader>(*this, wanted);
+  }
+  bool isKnownIncreasing(std::int32_t variable) const override { return variable == increasing; }
   const std::vector<std::string>& warnings() const override { return warnings_; }
   std::vector<std::string> furtherFiles() const override { return further; }
 
   std::size_t casesPerBlock = std::numeric_limits<std::size_t>::max();
   std::function<void(std::size_t row)> beforeBlock;  // on the reader's thread
   std::vector<std::string> further;
+  std::int32_t increasing = -1;  // the variable that is known to increase
   mutable std::atomic<int> passes{0};
+  mutable std::atomic<std::size_t> valuesDecoded{0};
   mutable std::atomic<int> readersAlive{0};
 
  private:
   class Reader final : public CaseReader {
    public:
-    explicit Reader(const MemoryFile& file) : file_(file) {
+    Reader(const MemoryFile& file, VariableSubset wanted)
+        : file_(file), layout_(file.dictionary()), wanted_(std::move(wanted)) {
       ++file_.passes;
       ++file_.readersAlive;
     }
@@ -115,13 +122,24 @@ class MemoryFile final : public DataFile {
       const auto& rows = file_.content_.rows;
       std::size_t cases = 0;
       for (; cases < std::min(block.capacity(), file_.casesPerBlock) && row_ < rows.size(); ++cases, ++row_) {
-        std::copy(rows[row_].begin(), rows[row_].end(), block.at(cases));
+        decode(rows[row_], block.at(cases));
       }
       block.setCases(cases);
     }
 
    private:
+    void decode(const std::vector<OBS>& row, OBS* slots) {
+      for (std::int32_t index = 0; index < file_.dictionary().size(); ++index) {
+        if (!wanted_.has(index)) continue;
+        const std::size_t slot = layout_.slotOfVariable[static_cast<std::size_t>(index)];
+        std::copy_n(row.data() + slot, file_.dictionary().at(index).slots(), slots + slot);
+        ++file_.valuesDecoded;
+      }
+    }
+
     const MemoryFile& file_;
+    const CaseLayout layout_;
+    const VariableSubset wanted_;
     std::size_t row_ = 0;
   };
 

@@ -15,9 +15,11 @@ bool isReadByDuckDb(const TableDialect& dialect, Packing packing) {
   return packing != Packing::none && isForDuckDb(dialect);
 }
 
-std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table) {
-  if (isReadByDuckDb(table->dialect(), table->kind.packing)) return std::make_unique<CsvCaseReader>(std::move(table));
-  return std::make_unique<ScannedCaseReader>(std::move(table));
+std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted) {
+  if (isReadByDuckDb(table->dialect(), table->kind.packing)) {
+    return std::make_unique<CsvCaseReader>(std::move(table), wanted);
+  }
+  return std::make_unique<ScannedCaseReader>(std::move(table), wanted);
 }
 
 }  // namespace workbench::data

@@ -15,6 +15,6 @@ bool isForDuckDb(const TableDialect& dialect);
 bool isReadByDuckDb(const TableDialect& dialect, Packing packing);
 
 // Throws ErrorText when a file is not any more what it was when it was scanned.
-std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table);
+std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted = {});
 
 }  // namespace workbench::data

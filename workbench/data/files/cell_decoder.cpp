@@ -7,20 +7,19 @@
 
 namespace workbench::data {
 
-CellDecoder::CellDecoder(const CsvTable& table) : table_(table) {
+CellDecoder::CellDecoder(const CsvTable& table, const VariableSubset& wanted) : table_(table) {
   std::vector<bool> isFed(static_cast<std::size_t>(table.dictionary.size()), false);
   for (const CsvColumn& column : table.columns) {
-    columns_.push_back(columnOf(column));
+    columns_.push_back(column.variable && wanted.has(*column.variable) ? columnOf(column) : Column());
     if (column.variable) isFed[static_cast<std::size_t>(*column.variable)] = true;
   }
   for (std::int32_t variable = 0; variable < table.dictionary.size(); ++variable) {
-    if (!isFed[static_cast<std::size_t>(variable)]) unfed_.push_back(variable);
+    if (!isFed[static_cast<std::size_t>(variable)] && wanted.has(variable)) unfed_.push_back(variable);
   }
 }
 
 CellDecoder::Column CellDecoder::columnOf(const CsvColumn& column) const {
   Column how;
-  if (!column.variable) return how;
   const Variable& variable = table_.dictionary.at(*column.variable);
   how.variable = *column.variable;
   how.slot = table_.layout.slotOfVariable[static_cast<std::size_t>(*column.variable)];

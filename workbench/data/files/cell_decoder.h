@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/data/case_reader.h"
 #include "workbench/data/cells/cell_reader.h"
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/system_missing.h"
@@ -21,8 +22,8 @@ namespace workbench::data {
 
 class CellDecoder {
  public:
-  // The table outlives the decoder.
-  explicit CellDecoder(const CsvTable& table);
+  // The table outlives the decoder. The slots of variables that are not wanted are left as they are.
+  explicit CellDecoder(const CsvTable& table, const VariableSubset& wanted = {});
 
   // Stores so many cells of a column, one per case, into cases that lie `caseSlots` slots apart. `cells` gives a row's
   // text by text(row), and by isNull(row) whether it holds no value whatever its column; arePadded promises
@@ -48,7 +49,7 @@ class CellDecoder {
     std::optional<CellReader> reader;
   };
 
-  Column columnOf(const CsvColumn& column) const;
+  Column columnOf(const CsvColumn& column) const;  // requires: it feeds a variable
   // Of filled cells; nothing when they are none of that kind.
   static std::optional<double> longNumberOf(std::string_view cell);
   static std::optional<double> momentOf(std::string_view cell, FormatType format);

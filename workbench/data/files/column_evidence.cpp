@@ -132,9 +132,8 @@ void ColumnEvidence::followOrder(const CellBatch& cells, std::size_t column) {
   }
   for (std::size_t record = 0; record < cells.records() && textsRise_; ++record) {
     const std::string_view cell = text::withoutTrailingBlanks(cells.text(record, column));
-    textsRise_ = !lastText_ || *lastText_ < cell;
-    if (!lastText_) lastText_.emplace();
-    lastText_->assign(cell);
+    textsRise_ = lastText_ < cell;
+    lastText_.assign(cell);
   }
 }
 

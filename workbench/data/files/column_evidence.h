@@ -94,8 +94,8 @@ class ColumnEvidence {
   std::int32_t secondsDigits_ = 0;
   bool numbersRise_ = true;
   bool textsRise_ = true;
-  std::optional<double> lastNumber_;     // while they rise
-  std::optional<std::string> lastText_;  // the same
+  std::optional<double> lastNumber_;  // while they rise
+  std::string lastText_;              // the same
 };
 
 // Why the text is not of the given kind, as the end of a sentence: "is no ISO date". Requires: it is not.

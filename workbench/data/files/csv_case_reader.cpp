@@ -52,7 +52,8 @@ struct ChunkCells {
 
 }  // namespace
 
-CsvCaseReader::CsvCaseReader(std::shared_ptr<const CsvTable> table) : table_(std::move(table)), decoder_(*table_) {
+CsvCaseReader::CsvCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted)
+    : table_(std::move(table)), decoder_(*table_, wanted) {
   openPart();
 }
 

@@ -19,7 +19,7 @@ class CsvCaseReader final : public CaseReader {
  public:
   // Throws ErrorText when a file is not any more what it was when it was scanned. Requires: the table's dialect is for
   // DuckDB.
-  explicit CsvCaseReader(std::shared_ptr<const CsvTable> table);
+  explicit CsvCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted = {});
 
   std::optional<std::int64_t> caseCount() const override { return table_->cases(); }
   void fill(CaseBlock& block) override;

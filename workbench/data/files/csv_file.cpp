@@ -30,13 +30,24 @@ class CsvFile final : public DataFile {
     return files;
   }
   std::optional<std::int64_t> caseCount() const override { return table_->cases(); }
-  std::unique_ptr<CaseReader> openReader() const override { return openCaseReader(table_); }
+  std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const override {
+    return openCaseReader(table_, wanted);
+  }
+  bool isKnownIncreasing(std::int32_t variable) const override;
   const std::vector<std::string>& warnings() const override { return source_.warnings; }
 
  private:
   std::shared_ptr<const CsvTable> table_;
   TableSource source_;
 };
+
+// Column and variable have the same index. ISO dates are in order when their texts are.
+bool CsvFile::isKnownIncreasing(std::int32_t variable) const {
+  const ColumnEvidence& evidence = source_.evidence.whole->columns[static_cast<std::size_t>(variable)];
+  const Variable& type = table_->dictionary.at(variable);
+  if (!type.isNumeric()) return evidence.textsRise();
+  return evidence.numbersRise() || (evidence.kind() == CellKind::date && evidence.textsRise());
+}
 
 // The other table on its way: it is examined on a thread of its own while this one is.
 using TableInFlight = std::optional<std::future<Outcome<TableSource>>>;

@@ -16,8 +16,8 @@ using Step = TableScanner::Step;
 
 }  // namespace
 
-ScannedCaseReader::ScannedCaseReader(std::shared_ptr<const CsvTable> table)
-    : table_(std::move(table)), decoder_(*table_) {
+ScannedCaseReader::ScannedCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted)
+    : table_(std::move(table)), decoder_(*table_, wanted) {
   openPart();
 }
 

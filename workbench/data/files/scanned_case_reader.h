@@ -17,7 +17,7 @@ namespace workbench::data {
 class ScannedCaseReader final : public CaseReader {
  public:
   // Throws ErrorText when a file is not any more what it was when it was scanned.
-  explicit ScannedCaseReader(std::shared_ptr<const CsvTable> table);
+  explicit ScannedCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted = {});
 
   std::optional<std::int64_t> caseCount() const override { return table_->cases(); }
   void fill(CaseBlock& block) override;

@@ -6,8 +6,8 @@ DISTURBED = 0.1  # processors that are busy with something else: from there on f
 COLUMNS = (
     ("shape", "<13"),
     ("cases x variables", ">18"),
-    ("compare-datasets", ">22"),
-    ("DuckDB", ">22"),
+    ("compare-datasets", ">25"),
+    ("DuckDB", ">25"),
     ("ratio", ">6"),
     ("target", ">7"),
     ("", "<7"),

@@ -64,7 +64,18 @@ TEST(DatasetIterator, PublishesKeptBlocksWithoutCopyingWhenNothingIsWritten) {
   const auto dataset = std::make_shared<Dataset>(content.dictionary, kept);
   DatasetIterator cases(dataset, {});
   ASSERT_TRUE(cases.NextCase());
-  EXPECT_EQ(cases.GetObsPointer(0), kept->blocks().front().begin());
+  EXPECT_EQ(cases.GetObsPointer(0), kept->blocks()->front().begin());
+}
+
+TEST(DatasetIterator, LaysNothingOverKeptBlocksWhenAllVariablesWereAdded) {
+  CaseKeeper keeper(0);
+  const OBS nothing{42};
+  keeper.add(&nothing, 1, 1);
+  const auto kept = keeper.finish();
+  Dataset dataset(Dictionary(), kept);
+  dataset.addVariable(plainVariable("flag", 0));
+  EXPECT_EQ(casesOf(dataset), ".");
+  EXPECT_EQ(kept->blocks()->front().begin()->number, 42);
 }
 
 TEST(DatasetIterator, AppliesTheFilterOfTheActiveDatasetOnly) {

@@ -54,7 +54,7 @@ TEST_F(SavedDataset, StaysAsItWasWhenItIsAbandoned) {
   ASSERT_TRUE(saveDataset(dataset, path, "", outputs_));
   outputs_.abandon();
   EXPECT_EQ(folder_.listing(), "in.csv");
-  EXPECT_FALSE(dataset->isKeptInMemory());
+  EXPECT_FALSE(dataset->isKept());
   EXPECT_EQ(casesOf(*dataset), "1 2");
 }
 

@@ -76,38 +76,73 @@ TEST(Sort, NamesTheFirstTwoRowsOutOfOrder) {
   EXPECT_EQ(casesOf(dataset), "0,d 1,a 1,c 2,a 2,b");
 }
 
-TEST(Sort, KeepsAnOrderedDatasetSoThatItNeedNotBeDecodedAgain) {
-  auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}));
+TEST(Sort, LeavesAnOrderedDatasetInItsFile) {
+  auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}).text("t", 8, {"a", "b", "c"}));
   Dataset dataset(file);
   const auto result = sortCases(dataset, by({"x"}, SortPolicy::whenNeeded));
   ASSERT_TRUE(result);
   EXPECT_FALSE(result->reordered);
   EXPECT_FALSE(result->firstOutOfOrder);
+  EXPECT_EQ(result->cases, 3);
+  EXPECT_FALSE(dataset.isKept());
+  EXPECT_EQ(file->valuesDecoded, 3U) << "no more was looked at than what it is sorted by";
+  EXPECT_EQ(casesOf(dataset), "1,a 2,b 3,c");
+}
+
+TEST(Sort, KeepsAnOrderedDatasetWhenItIsToBeSortedAnyway) {
+  auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}));
+  Dataset dataset(file);
+  const auto result = sortCases(dataset, by({"x"}));
+  ASSERT_TRUE(result);
+  EXPECT_FALSE(result->reordered);
   EXPECT_EQ(casesOf(dataset), "1 2 3");
   EXPECT_EQ(file->passes, 1);
 }
 
-TEST(Sort, LeavesAnOrderedDatasetBeyondTheLimitInItsFile) {
-  auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}));
-  file->casesPerBlock = 1;
-  Dataset dataset(file);
-  auto request = by({"x"}, SortPolicy::whenNeeded);
-  request.keepBytes = 16;
-  ASSERT_TRUE(sortCases(dataset, request));
-  EXPECT_FALSE(dataset.isKeptInMemory());
-  EXPECT_EQ(casesOf(dataset), "1 2 3");
-  EXPECT_EQ(file->passes, 2);
-}
-
-TEST(Sort, ReadsAgainWhatWasNotKeptWhenDisorderTurnsUpLate) {
+TEST(Sort, ReadsAgainWhenDisorderTurnsUpLate) {
   auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3, 4, 0}));
   file->casesPerBlock = 1;
   Dataset dataset(file);
-  auto request = by({"x"}, SortPolicy::whenNeeded);
-  request.keepBytes = 16;
-  ASSERT_TRUE(sortCases(dataset, request));
+  ASSERT_TRUE(sortCases(dataset, by({"x"}, SortPolicy::whenNeeded)));
   EXPECT_EQ(casesOf(dataset), "0 1 2 3 4");
   EXPECT_EQ(file->passes, 2);
+}
+
+TEST(Sort, ReadsNothingOfADatasetThatIsKnownToBeInOrder) {
+  for (const SortPolicy policy : {SortPolicy::always, SortPolicy::whenNeeded}) {
+    auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}).text("t", 4, {"a", "b", "c"}));
+    file->increasing = 0;
+    Dataset dataset(file);
+    const auto result = sortCases(dataset, by({"x", "t"}, policy));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->cases, 3);
+    EXPECT_FALSE(result->reordered);
+    file->increasing = 1;
+    ASSERT_TRUE(sortCases(dataset, by({"t"}, policy)));
+    EXPECT_EQ(file->passes, 0);
+  }
+}
+
+TEST(Sort, LooksForItselfWhereTheKnownOrderIsNotTheOneAskedFor) {
+  const testing::RunScope run;
+  auto file = std::make_shared<MemoryFile>(data().numeric("x", {2, 1}).text("t", 4, {"a\x01", "a b"}));
+  file->increasing = 1;
+  Dataset dataset(file);
+  ASSERT_TRUE(sortCases(dataset, by({"x"}, SortPolicy::whenNeeded)));
+  EXPECT_EQ(casesOf(dataset), "1,a b 2,a\x01") << "another variable comes first";
+
+  auto cut = by({"t"}, SortPolicy::whenNeeded);
+  cut.cutWidths = {2};
+  dataset = Dataset(file);
+  ASSERT_TRUE(sortCases(dataset, cut));
+  EXPECT_EQ(casesOf(dataset), "1,a b 2,a\x01") << "a cut text may lie elsewhere than all of it";
+
+  file = std::make_shared<MemoryFile>(data().text("t", 4, {"B", "a"}));
+  file->increasing = 0;
+  dataset = Dataset(file);
+  currentRun().settings.collation = "de";
+  ASSERT_TRUE(sortCases(dataset, by({"t"}, SortPolicy::whenNeeded)));
+  EXPECT_EQ(casesOf(dataset), "a B");
 }
 
 TEST(Sort, TakesAddedVariablesAlong) {

@@ -7,6 +7,9 @@
 
 namespace workbench::data {
 
+// What is done with the cases that are read.
+enum class CaseUse { onlyRead, mayBeWritten };
+
 // Consecutive cases that lie caseSlots slots apart. None: there are no more.
 struct CaseSpan {
   OBS* cases = nullptr;

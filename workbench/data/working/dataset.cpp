@@ -71,20 +71,26 @@ void Dataset::replaceCases(std::shared_ptr<const KeptCases> cases) {
   baseVariables_ = dictionary_.size();
 }
 
-std::unique_ptr<BlockSupply> Dataset::openBaseCases(std::size_t stride, CaseUse use) const {
-  if (file_) return std::make_unique<PrefetchedBlocks>(file_->openReader(), stride, path_);
-  if (use == CaseUse::onlyRead && columns_.empty()) return std::make_unique<SharedBlocks>(kept_);
-  return std::make_unique<CopiedBlocks>(kept_, stride);
+bool Dataset::isKnownIncreasing(std::int32_t variable) const {
+  return file_ && variable < baseVariables_ && file_->isKnownIncreasing(variable);
+}
+
+std::unique_ptr<BlockSupply> Dataset::openBaseCases(std::size_t stride, CaseUse use,
+                                                    const VariableSubset& wanted) const {
+  if (file_) return std::make_unique<PrefetchedBlocks>(file_->openReader(wanted), stride, path_);
+  // Added variables are laid over what is supplied.
+  return supplyKept(kept_, stride, columns_.empty() ? use : CaseUse::mayBeWritten, nameForPeople(*this));
 }
 
 std::string nameForPeople(const Dataset& dataset) {
   return dataset.path().empty() ? text::sentence("the dataset in memory") : dataset.path();
 }
 
-DatasetPass::DatasetPass(const Dataset& dataset, CaseUse use)
+DatasetPass::DatasetPass(const Dataset& dataset, CaseUse use, VariableSubset wanted)
     : dataset_(dataset),
       layout_(dataset.layout()),
-      supply_(dataset.openBaseCases(std::max<std::size_t>(layout_.caseSlots, 1), use)) {}
+      wanted_(std::move(wanted)),
+      supply_(dataset.openBaseCases(std::max<std::size_t>(layout_.caseSlots, 1), use, wanted_)) {}
 
 CaseSpan DatasetPass::next() {
   firstRow_ = nextRow_;
@@ -93,8 +99,10 @@ CaseSpan DatasetPass::next() {
   if (span.count == 0) return span;
   for (auto added = static_cast<std::size_t>(dataset_.baseVariables()); added < layout_.slotOfVariable.size();
        ++added) {
-    dataset_.column(static_cast<std::int32_t>(added))
-        .layOver(firstRow_, span.cases + layout_.slotOfVariable[added], span.count, span.caseSlots);
+    const auto variable = static_cast<std::int32_t>(added);
+    if (!wanted_.has(variable)) continue;
+    dataset_.column(variable).layOver(firstRow_, span.cases + layout_.slotOfVariable[added], span.count,
+                                      span.caseSlots);
   }
   reportReading(dataset_.path(), nextRow_, dataset_.caseCount());
   return span;

@@ -1,6 +1,6 @@
 // Dataset: a dictionary and where its cases come from.
 //
-// The cases of its base variables lie in a data file, shared with whoever else reads it, or are kept in memory.
+// The cases of its base variables lie in a data file, shared with whoever else reads it, or are kept apart from one.
 // Variables that were added later have a column each, laid over the base cases when these are read, so that adding a
 // variable never copies a dataset. Cases can be read any number of times. A dataset may have a handle or none: the
 // handle belongs to whoever keeps it open.
@@ -24,9 +24,6 @@
 #include "workbench/data/working/kept_cases.h"
 
 namespace workbench::data {
-
-// What is done with the cases that are read.
-enum class CaseUse { onlyRead, mayBeWritten };
 
 class Dataset {
  public:
@@ -61,12 +58,13 @@ class Dataset {
 
   // Puts cases of all variables, base and added, in the place of what there was. Requires: they lie as layout() says.
   void replaceCases(std::shared_ptr<const KeptCases> cases);
-  bool isKeptInMemory() const { return kept_ != nullptr; }
-  // All cases of all variables, if they are kept like that; else null.
-  std::shared_ptr<const KeptCases> keptCases() const { return columns_.empty() ? kept_ : nullptr; }
+  bool isKept() const { return kept_ != nullptr; }
+  // Whether the variable's values are known to increase from case to case, as DataFile::isKnownIncreasing says.
+  bool isKnownIncreasing(std::int32_t variable) const;
 
-  // The base variables' cases, `stride` slots apart or (kept and only read) as they lie. Throws ErrorText.
-  std::unique_ptr<BlockSupply> openBaseCases(std::size_t stride, CaseUse use) const;
+  // The base variables' cases, `stride` slots apart or (kept and only read) as they lie. Only the wanted variables are
+  // sure to be there. Throws ErrorText.
+  std::unique_ptr<BlockSupply> openBaseCases(std::size_t stride, CaseUse use, const VariableSubset& wanted) const;
 
  private:
   std::size_t columnOf(std::int32_t variable) const { return static_cast<std::size_t>(variable - baseVariables_); }
@@ -91,9 +89,10 @@ class DatasetPass {
  public:
   // Requires: the dataset outlives the pass, and its cases are not replaced meanwhile. Variables that are added
   // meanwhile are no part of it.
-  DatasetPass(const Dataset& dataset, CaseUse use);
+  DatasetPass(const Dataset& dataset, CaseUse use, VariableSubset wanted = {});
 
-  // The next cases, valid until the next call; the slots of all variables lie as layout() says. Throws ErrorText.
+  // The next cases, valid until the next call; the slots of the wanted variables lie as layout() says, those of others
+  // hold anything. Throws ErrorText.
   CaseSpan next();
   // The row of the first case that next() gave last, from 0.
   std::int64_t firstRow() const { return firstRow_; }
@@ -102,6 +101,7 @@ class DatasetPass {
  private:
   const Dataset& dataset_;
   const CaseLayout layout_;
+  const VariableSubset wanted_;
   std::unique_ptr<BlockSupply> supply_;
   std::int64_t firstRow_ = 0;
   std::int64_t nextRow_ = 0;

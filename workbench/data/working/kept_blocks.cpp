@@ -1,12 +1,13 @@
 #include "workbench/data/working/kept_blocks.h"
 
-#include <algorithm>
+#include "workbench/data/working/prefetched_blocks.h"
 
 namespace workbench::data {
 
 CaseSpan SharedBlocks::next() {
-  while (nextBlock_ < kept_->blocks().size()) {
-    const CaseBlock& block = kept_->blocks()[nextBlock_++];
+  const std::vector<CaseBlock>& blocks = *kept_->blocks();
+  while (nextBlock_ < blocks.size()) {
+    const CaseBlock& block = blocks[nextBlock_++];
     // An iterator publishes addresses that could be written to; whoever asked for shared blocks has promised not to.
     if (block.cases() != 0) return {const_cast<OBS*>(block.begin()), block.cases(), block.caseSlots()};
   }
@@ -14,21 +15,18 @@ CaseSpan SharedBlocks::next() {
 }
 
 CaseSpan CopiedBlocks::next() {
-  const std::size_t stride = copies_.caseSlots();
-  std::size_t copied = 0;
-  while (copied < copies_.capacity() && nextBlock_ < kept_->blocks().size()) {
-    const CaseBlock& block = kept_->blocks()[nextBlock_];
-    const std::size_t count = std::min(copies_.capacity() - copied, block.cases() - nextCase_);
-    copyCases(block.at(nextCase_), block.caseSlots(), copies_.at(copied), stride, count,
-              std::min(block.caseSlots(), stride));
-    copied += count;
-    nextCase_ += count;
-    if (nextCase_ == block.cases()) {
-      ++nextBlock_;
-      nextCase_ = 0;
-    }
+  reader_.fill(copies_);
+  return {copies_.begin(), copies_.cases(), copies_.caseSlots()};
+}
+
+std::unique_ptr<BlockSupply> supplyKept(std::shared_ptr<const KeptCases> kept, std::size_t stride, CaseUse use,
+                                        const std::string& nameOfData) {
+  const bool isReady = kept->blocks() != nullptr;
+  if (isReady && use == CaseUse::onlyRead && stride == kept->caseSlots()) {
+    return std::make_unique<SharedBlocks>(std::move(kept));
   }
-  return {copies_.begin(), copied, stride};
+  if (isReady) return std::make_unique<CopiedBlocks>(std::move(kept), stride);
+  return std::make_unique<PrefetchedBlocks>(std::make_unique<KeptCaseReader>(std::move(kept)), stride, nameOfData);
 }
 
 }  // namespace workbench::data

@@ -1,53 +1,68 @@
 #include "workbench/data/working/kept_cases.h"
 
 #include <algorithm>
-#include <cassert>
-#include <cstring>
 #include <utility>
+
+#include "workbench/data/working/run_merge.h"
 
 namespace workbench::data {
 
-KeptCases::KeptCases(std::size_t caseSlots, std::vector<CaseBlock> blocks)
-    : caseSlots_(caseSlots), blocks_(std::move(blocks)) {
-  for (const CaseBlock& block : blocks_) cases_ += static_cast<std::int64_t>(block.cases());
+KeptCases::KeptCases(std::size_t caseSlots, std::vector<CaseRun> runs) : KeptCases(caseSlots, std::move(runs), {}) {}
+
+KeptCases::KeptCases(std::size_t caseSlots, std::vector<CaseRun> runs, std::vector<SortKey> keys)
+    : caseSlots_(caseSlots), runs_(std::move(runs)), keys_(std::move(keys)) {
+  for (const CaseRun& run : runs_) cases_ += static_cast<std::int64_t>(run.cases());
 }
 
-CaseKeeper::CaseKeeper(std::size_t caseSlots) : caseSlots_(std::max<std::size_t>(caseSlots, 1)) {}
+const std::vector<CaseBlock>* KeptCases::blocks() const { return runs_.size() == 1 ? runs_.front().blocks() : nullptr; }
+
+KeptCaseReader::KeptCaseReader(std::shared_ptr<const KeptCases> kept) : kept_(std::move(kept)) {
+  if (!kept_->keys_.empty()) merge_ = std::make_unique<RunMerge>(kept_->runs_, kept_->keys_);
+}
+
+KeptCaseReader::~KeptCaseReader() = default;
+
+void KeptCaseReader::fill(CaseBlock& block) {
+  const std::size_t slots = std::min(kept_->caseSlots(), block.caseSlots());
+  std::size_t filled = 0;
+  for (; filled < block.capacity(); ++filled) {
+    const OBS* const oneCase = next();
+    if (oneCase == nullptr) break;
+    std::copy_n(oneCase, slots, block.at(filled));
+  }
+  block.setCases(filled);
+}
+
+// Null when there is none any more.
+const OBS* KeptCaseReader::next() {
+  if (merge_) return merge_->next();
+  if (cursor_ && cursor_->current() != nullptr) cursor_->advance();
+  while ((!cursor_ || cursor_->current() == nullptr) && nextRun_ < kept_->runs_.size()) {
+    cursor_.emplace(kept_->runs_[nextRun_++], blockBytes);
+  }
+  return cursor_ ? cursor_->current() : nullptr;
+}
+
+CaseKeeper::CaseKeeper(std::size_t caseSlots) : rows_(caseSlots) {}
 
 void CaseKeeper::add(const OBS* cases, std::size_t count, std::size_t stride) {
-  const std::size_t slots = std::min(caseSlots_, stride);
-  cases_ += count;
-  while (count != 0) {
-    if (blocks_.empty() || blocks_.back().cases() == blocks_.back().capacity()) blocks_.emplace_back(caseSlots_);
-    CaseBlock& block = blocks_.back();
-    const std::size_t fitting = std::min(count, block.capacity() - block.cases());
-    copyCases(cases, stride, block.at(block.cases()), caseSlots_, fitting, slots);
-    block.setCases(block.cases() + fitting);
-    cases += fitting * stride;
-    count -= fitting;
+  if (!spilled_) {
+    const std::size_t added = rows_.add(cases, count, stride);
+    cases += added * stride;
+    count -= added;
+    if (count == 0) return;
+    spilled_.emplace(rows_.caseSlots());
   }
+  spilled_->add(cases, count, stride);
 }
 
 std::shared_ptr<const KeptCases> CaseKeeper::finish() {
-  if (!blocks_.empty() && blocks_.back().cases() < blocks_.back().capacity()) {
-    const CaseBlock& last = blocks_.back();
-    CaseBlock cut(caseSlots_, last.cases());
-    copyCases(last.begin(), caseSlots_, cut.begin(), caseSlots_, last.cases(), caseSlots_);
-    cut.setCases(last.cases());
-    blocks_.back() = std::move(cut);
-  }
-  return std::make_shared<const KeptCases>(caseSlots_, std::exchange(blocks_, {}));
-}
-
-void copyCases(const OBS* from, std::size_t fromStride, OBS* to, std::size_t toStride, std::size_t count,
-               std::size_t slots) {
-  if (fromStride == toStride && slots == toStride) {
-    std::memcpy(to, from, count * slots * sizeof(OBS));
-    return;
-  }
-  for (std::size_t index = 0; index < count; ++index, from += fromStride, to += toStride) {
-    std::memcpy(to, from, slots * sizeof(OBS));
-  }
+  const std::size_t caseSlots = rows_.caseSlots();
+  rows_.settle(0);
+  std::vector<CaseRun> runs;
+  runs.emplace_back(std::move(rows_));
+  if (spilled_) runs.push_back(spilled_->finish());
+  return std::make_shared<const KeptCases>(caseSlots, std::move(runs));
 }
 
 }  // namespace workbench::data

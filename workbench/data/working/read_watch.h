@@ -1,6 +1,6 @@
 // ReadWatch: who wants to know how far the reading of data has come, or to end it.
 //
-// Called for every block of cases that is read, on the thread that takes the cases.
+// Called for every block of cases that is read, on the thread that takes the cases; never by two threads at once.
 #pragma once
 
 #include <cstdint>

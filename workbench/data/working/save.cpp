@@ -12,7 +12,7 @@ namespace workbench::data {
 namespace {
 
 bool readsFrom(const Dataset& dataset, const std::string& path) {
-  return !dataset.isKeptInMemory() && dataset.fileInUse() != nullptr && dataset.fileInUse()->isAt(FilePlace::of(path));
+  return !dataset.isKept() && dataset.fileInUse() != nullptr && dataset.fileInUse()->isAt(FilePlace::of(path));
 }
 
 // Appends all cases to the writer, and to the keeper where there is one.

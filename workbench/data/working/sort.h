@@ -1,37 +1,32 @@
 // Bringing the cases of a dataset into the order of some of its variables.
 //
-// Looks first whether they are in order already: one pass, whose cases are kept up to a limit, so that an ordered
-// dataset of ordinary size need not be decoded again for whatever comes next.
+// Cases that are known or found to be in order stay where they are: looking costs no more than decoding the variables
+// that they are sorted by. Those that are not are read, sorted and kept, in memory or spilled (case_sorter.h).
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
+#include <utility>
 #include <vector>
 
 #include "workbench/data/working/dataset.h"
+#include "workbench/data/working/order_check.h"
 #include "workbench/runtime/outcome.h"
 
 namespace workbench::data {
 
 enum class SortPolicy {
-  always,      // afterwards the cases are in order and kept in memory
-  whenNeeded,  // cases that are in order stay where they are, or are kept as far as the limit allows
+  always,      // the cases are read once, sorted and kept, unless they are known to be in order
+  whenNeeded,  // looks first whether they are in order; for cases that probably are
 };
 
 struct SortRequest {
   std::vector<std::string> by;
   std::vector<std::size_t> cutWidths;  // per variable how many bytes of a string count; empty or 0: all it has
   SortPolicy policy = SortPolicy::always;
-  std::size_t keepBytes = std::size_t{256} << 20;  // how much is kept of a dataset that is found in order
-};
-
-// One row's place and its key values.
-struct SortedRow {
-  std::int64_t number = 0;                              // from 1
-  std::vector<std::variant<double, std::string>> keys;  // texts as they were compared: cut, without trailing blanks
 };
 
 struct SortResult {
@@ -41,7 +36,16 @@ struct SortResult {
   std::int64_t cases = 0;
 };
 
-// Ascending and stable. Fails for a variable that is not there and for data that cannot be read or kept.
+// Ascending and stable. Fails for a variable that is not there and for data that cannot be read or kept; the dataset is
+// then as it was.
 Outcome<SortResult> sortCases(Dataset& dataset, const SortRequest& request);
+
+struct SortTask {
+  Dataset& dataset;
+  SortRequest request;
+};
+
+// Sorts two datasets at the same time, on two threads. Either may fail without the other.
+std::array<Outcome<SortResult>, 2> sortBoth(const SortTask& first, const SortTask& second);
 
 }  // namespace workbench::data

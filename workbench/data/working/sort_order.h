@@ -20,6 +20,9 @@ struct SortKey {
   std::size_t bytes = 0;  // of a string: how many are looked at
 };
 
+// Whether the collation in force has a part in their order.
+bool isCollated(const std::vector<SortKey>& keys);
+
 // The number's place among all numbers, as an unsigned number of the same order.
 std::uint64_t orderedBits(double number);
 
@@ -29,14 +32,13 @@ std::string_view keyText(const SortKey& key, const OBS* oneCase);
 // Negative, 0 or positive, as the first case lies before, with or behind the second.
 int compareCases(const std::vector<SortKey>& keys, const OBS* first, const OBS* second);
 
-// A case among others that are to be sorted.
-struct SortableCase {
-  std::uint64_t prefix = 0;  // of the first key: a lower one lies before, an equal one leaves it open
-  std::uint64_t row = 0;
-  const OBS* slots = nullptr;
-};
+// A number of the same order: of two cases or texts the one with the lower number lies before the other; an equal
+// number leaves it open (of numeric keys, does not). Of a string key as if no collation were in force.
+std::uint64_t prefixOf(const SortKey& key, const OBS* oneCase);
+std::uint64_t prefixOf(std::string_view text);
 
-// Sorts by the keys, then by the row. With a collation set, its keys are made once for every case.
-void sortByKeys(const std::vector<SortKey>& keys, std::vector<SortableCase>& cases);
+// All keys of a case under the collation in force, as bytes: the order of these is the order of the cases. May be
+// called on any thread as long as the settings do not change.
+std::string collatedKey(const std::vector<SortKey>& keys, const OBS* oneCase);
 
 }  // namespace workbench::data

@@ -1,0 +1,213 @@
+#include "workbench/data/working/row_order.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace workbench::data {
+namespace {
+
+// A row among others that are to be sorted, with one piece of its keys: a number, in two halves so that a row takes no
+// more room than it needs.
+struct KeyedRow {
+  std::uint32_t high = 0;
+  std::uint32_t low = 0;
+  std::uint32_t row = 0;
+
+  std::uint64_t piece() const { return std::uint64_t{high} << 32 | low; }
+  void setPiece(std::uint64_t piece) {
+    high = static_cast<std::uint32_t>(piece >> 32);
+    low = static_cast<std::uint32_t>(piece);
+  }
+  std::size_t byteOfPiece(unsigned byte) const { return (byte < 4 ? low >> 8 * byte : high >> 8 * (byte - 4)) & 0xFF; }
+};
+
+bool isBefore(const KeyedRow& left, const KeyedRow& right) {
+  return left.piece() != right.piece() ? left.piece() < right.piece() : left.row < right.row;
+}
+
+// Sorts many rows by their pieces, byte by byte from the lowest one; rows of one piece stay as they lie. The room is as
+// large as the rows.
+void sortByBytes(std::span<KeyedRow> rows, std::span<KeyedRow> room) {
+  constexpr std::size_t values = 256;
+  constexpr unsigned bytes = 8;
+  std::array<std::array<std::size_t, values>, bytes> counts{};
+  for (const KeyedRow& one : rows) {
+    for (unsigned byte = 0; byte < bytes; ++byte) ++counts[byte][one.byteOfPiece(byte)];
+  }
+  std::span<KeyedRow> from = rows;
+  std::span<KeyedRow> to = room;
+  for (unsigned byte = 0; byte < bytes; ++byte) {
+    std::array<std::size_t, values>& places = counts[byte];
+    if (places[from.front().byteOfPiece(byte)] == from.size()) continue;  // all have the same one
+    std::exclusive_scan(places.begin(), places.end(), places.begin(), std::size_t{0});
+    for (const KeyedRow& one : from) to[places[one.byteOfPiece(byte)]++] = one;
+    std::swap(from, to);
+  }
+  if (from.data() != rows.data()) std::copy(from.begin(), from.end(), rows.begin());
+}
+
+// The keys of every row as a sequence of numbers, its pieces, in the order of which the rows are to lie: a number gives
+// one, a string one per eight bytes, those that are not there being zero, and its length, which tells it from another
+// one that has zero bytes in their place.
+class PlainPieces {
+ public:
+  PlainPieces(const CaseRows& rows, const std::vector<SortKey>& keys) : rows_(rows) {
+    for (const SortKey& key : keys) {
+      for (std::size_t byte = 0; byte < key.bytes && !key.isNumeric; byte += 8) pieces_.push_back({key, byte});
+      pieces_.push_back({key, key.bytes});
+    }
+  }
+  std::size_t count() const { return pieces_.size(); }
+  std::uint64_t operator()(std::uint32_t row, std::size_t index) const {
+    const Piece& piece = pieces_[index];
+    const OBS* const oneCase = rows_.at(row);
+    if (piece.key.isNumeric) return orderedBits(oneCase[piece.key.slot].number);
+    const std::string_view text = keyText(piece.key, oneCase);
+    if (piece.firstByte == piece.key.bytes) return text.size();
+    return piece.firstByte < text.size() ? prefixOf(text.substr(piece.firstByte)) : 0;
+  }
+
+ private:
+  struct Piece {
+    SortKey key;
+    std::size_t firstByte;  // of a string; behind the last one: its length
+  };
+  const CaseRows& rows_;
+  std::vector<Piece> pieces_;
+};
+
+// The same under a collation: all keys of a row are one string, made once.
+class CollatedPieces {
+ public:
+  CollatedPieces(const CaseRows& rows, const std::vector<SortKey>& keys) {
+    ends_.reserve(rows.size());
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      const std::string key = collatedKey(keys, rows.at(row));
+      longest_ = std::max(longest_, key.size());
+      bytes_ += key;
+      ends_.push_back(bytes_.size());
+    }
+  }
+  // No key is the beginning of another one, so no length is needed.
+  std::size_t count() const { return (longest_ + 7) / 8; }
+  std::uint64_t operator()(std::uint32_t row, std::size_t index) const {
+    const std::size_t begin = row == 0 ? 0 : ends_[row - 1];
+    const std::string_view key = std::string_view(bytes_).substr(begin, ends_[row] - begin);
+    return index * 8 < key.size() ? prefixOf(key.substr(index * 8)) : 0;
+  }
+
+ private:
+  std::string bytes_;
+  std::vector<std::size_t> ends_;  // by row
+  std::size_t longest_ = 0;
+};
+
+// Sorts by the first piece, then every group of rows that have the same one by the next, and so on: the cases, which
+// lie anywhere in memory, are looked at once per piece and not for every comparison.
+template <class Pieces>
+class RowSort {
+ public:
+  RowSort(const Pieces& pieces, std::vector<KeyedRow>& rows) : pieces_(pieces), rows_(rows), room_(rows.size()) {}
+
+  void sort() {
+    groups_.push_back({0, rows_.size(), 0});
+    while (!groups_.empty()) {
+      const Group group = groups_.back();
+      groups_.pop_back();
+      sortGroup(group);
+    }
+  }
+
+ private:
+  // Rows whose pieces before this one are the same.
+  struct Group {
+    std::size_t begin;
+    std::size_t end;
+    std::size_t piece;
+  };
+  // In a smaller group it costs less to compare what is left of the keys.
+  static constexpr std::size_t leastRows = 24;
+  // So many are sorted faster without comparisons.
+  static constexpr std::size_t manyRows = 1024;
+
+  void sortGroup(const Group& group) {
+    const std::span<KeyedRow> rows = std::span(rows_).subspan(group.begin, group.end - group.begin);
+    for (KeyedRow& one : rows) one.setPiece(pieces_(one.row, group.piece));
+    const std::size_t next = group.piece + 1;
+    if (rows.size() < leastRows) {
+      std::sort(rows.begin(), rows.end(), [&](const KeyedRow& left, const KeyedRow& right) {
+        return left.piece() != right.piece() ? left.piece() < right.piece() : isBeforeFrom(next, left.row, right.row);
+      });
+      return;
+    }
+    if (!std::is_sorted(rows.begin(), rows.end(), isBefore)) {
+      // The rows of a group lie in the order of their numbers.
+      if (rows.size() < manyRows) {
+        std::sort(rows.begin(), rows.end(), isBefore);
+      } else {
+        sortByBytes(rows, std::span(room_).first(rows.size()));
+      }
+    }
+    if (next == pieces_.count()) return;
+    for (std::size_t begin = 0, end = 0; begin < rows.size(); begin = end) {
+      while (end < rows.size() && rows[end].piece() == rows[begin].piece()) ++end;
+      if (end - begin == 1) continue;
+      const Group equal{group.begin + begin, group.begin + end, next};
+      if (end - begin < leastRows) {
+        sortGroup(equal);
+      } else {
+        groups_.push_back(equal);
+      }
+    }
+  }
+
+  bool isBeforeFrom(std::size_t piece, std::uint32_t left, std::uint32_t right) const {
+    for (; piece < pieces_.count(); ++piece) {
+      const std::uint64_t first = pieces_(left, piece);
+      const std::uint64_t second = pieces_(right, piece);
+      if (first != second) return first < second;
+    }
+    return left < right;
+  }
+
+  const Pieces& pieces_;
+  std::vector<KeyedRow>& rows_;
+  std::vector<KeyedRow> room_;
+  std::vector<Group> groups_;
+};
+
+template <class Pieces>
+std::vector<std::uint32_t> orderBy(const Pieces& pieces, std::size_t count) {
+  std::vector<KeyedRow> rows(count);
+  for (std::size_t row = 0; row < count; ++row) rows[row].row = static_cast<std::uint32_t>(row);
+  RowSort(pieces, rows).sort();
+  const auto isInPlace = [&rows](std::uint32_t place) { return rows[place].row == place; };
+  std::uint32_t place = 0;
+  while (place < count && isInPlace(place)) ++place;
+  if (place == count) return {};
+  std::vector<std::uint32_t> order(count);
+  std::transform(rows.begin(), rows.end(), order.begin(), [](const KeyedRow& one) { return one.row; });
+  return order;
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> orderOfRows(const CaseRows& rows, const std::vector<SortKey>& keys) {
+  if (isCollated(keys)) return orderBy(CollatedPieces(rows, keys), rows.size());
+  return orderBy(PlainPieces(rows, keys), rows.size());
+}
+
+std::size_t bytesToOrderRow(const std::vector<SortKey>& keys) {
+  std::size_t bytes = 2 * sizeof(KeyedRow);
+  if (!isCollated(keys)) return bytes;
+  // A collation key takes two or three bytes a letter; behind it stands the text.
+  for (const SortKey& key : keys) bytes += key.isNumeric ? sizeof(std::uint64_t) : 4 * key.bytes;
+  return bytes + sizeof(std::size_t);
+}
+
+}  // namespace workbench::data

@@ -22,7 +22,7 @@ from measuring import Trouble
 from race import race
 from shapes import shape_named
 
-RATIO_RUNS = 3  # of each in an attempt
+RATIO_RUNS = 5  # of each in an attempt
 RATIO_ATTEMPTS = 5
 RATIO_SECONDS = 25  # after which there is no third attempt, nor a further one
 
@@ -104,7 +104,7 @@ def verdict_on_instructions(counts, kept_counts):
 
 def figures_to_keep(build, work):
     """Of this machine and its tools, as they are now."""
-    figures = {"ratio": round(measured_ratio(build, work, runs=4 * RATIO_RUNS), 3)}
+    figures = {"ratio": round(measured_ratio(build, work, runs=3 * RATIO_RUNS), 3)}
     tools = instructions.toolchain(build)
     if tools is None:
         raise Trouble("Instructions are counted by valgrind, which is not installed.")

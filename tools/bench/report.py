@@ -55,12 +55,23 @@ def closing(rows):
     """What is to be known of the rows, below the table."""
     yield "Median (fastest to slowest) of the runs; every answer of every run was the truth."
     yield "Memory: the highest of all runs, looked at every 2 ms, without pages of files."
-    for row in rows:
-        if row["otherWork"] >= DISTURBED:
-            yield (
-                f"{row['shape']}: not to be relied on, other work kept {row['otherWork']:.1f} processors busy "
-                f"(ratio of processor times: {row['processorRatio']:.2f})."
-            )
+    disturbed = [row for row in rows if is_disturbed(row)]
+    if disturbed:
+        yield disturbance(disturbed, "{}")
+
+
+def is_disturbed(row):
+    return row["otherWork"] >= DISTURBED
+
+
+def disturbance(rows, name_layout):
+    """What is to be said of rows that were measured beside other work."""
+    processors = max(row["otherWork"] for row in rows)
+    ratios = ", ".join(f"{name_layout.format(row['shape'])} {row['processorRatio']:.2f}" for row in rows)
+    return (
+        f"Not to be relied on: other work kept up to {processors:.1f} processors busy meanwhile. Ratios of processor "
+        f"times, which suffer less: {ratios}."
+    )
 
 
 # --- The page ---------------------------------------------------------------------------------------------------------
@@ -74,18 +85,15 @@ def shape_lines(rows):
         cells = [cell.strip() for cell in texts(row)]
         cells[0] = f"`{cells[0]}`"
         cells[1] = cells[1].replace(" x ", " × ")
-        cells.append(row["date"] + (" *" if row["otherWork"] >= DISTURBED else ""))
+        cells.append(row["date"] + (" *" if is_disturbed(row) else ""))
         yield "| " + " | ".join(cells) + " |"
     yield ""
     for where in sorted({row["machine"] for row in rows}):
         yield f"Measured on: {where}."
-    for row in rows:
-        if row["otherWork"] >= DISTURBED:
-            yield ""
-            yield (
-                f"\\* `{row['shape']}`: other work kept {row['otherWork']:.1f} processors busy meanwhile; the ratio of "
-                f"processor times is {row['processorRatio']:.2f}."
-            )
+    disturbed = [row for row in rows if is_disturbed(row)]
+    if disturbed:
+        yield ""
+        yield f"\\* {disturbance(disturbed, '`{}`')}"
 
 
 def guard_lines(guard):

@@ -29,8 +29,7 @@ TEST(CompareJob, SortsBothSidesByTheCaseIdsAsTheActiveSideCutsThem) {
   CompareRequest wanted = request();
   wanted.ids = {"id", "visit day"};
   const std::string job = compareJob(wanted);
-  EXPECT_NE(job.find("SORT CASES BY=id 'visit day' LIKE=active WHEN=NEEDED.\nACTIVATE DATASET NAME=active.\n"
-                     "SORT CASES BY=id 'visit day' WHEN=NEEDED.\n"),
+  EXPECT_NE(job.find("ACTIVATE DATASET NAME=active.\nSORT CASES BY=id 'visit day' WITH=comparison WHEN=NEEDED.\n"),
             std::string::npos)
       << job;
   EXPECT_NE(job.find("  /CASEID=id 'visit day'\n"), std::string::npos) << job;
@@ -40,7 +39,7 @@ TEST(CompareJob, SortsAlwaysOrNeverWhenAsked) {
   CompareRequest wanted = request();
   wanted.ids = {"id"};
   wanted.sort = SortChoice::always;
-  EXPECT_NE(compareJob(wanted).find("SORT CASES BY=id.\n"), std::string::npos);
+  EXPECT_NE(compareJob(wanted).find("SORT CASES BY=id WITH=comparison.\n"), std::string::npos);
   wanted.sort = SortChoice::never;
   EXPECT_EQ(compareJob(wanted).find("SORT CASES"), std::string::npos);
 }

@@ -218,6 +218,47 @@ TEST(Sort, WritesTheCasesInOrder) {
   EXPECT_EQ(folder.read("out.csv"), "id,x\n,z\n1,b\n1,a\n3,c\n");
 }
 
+// Two datasets whose texts are of different widths, open as first (active) and second.
+nlohmann::json jobOverTexts(const ProgramFolder& folder, const std::string& commands) {
+  folder.write("a.csv", "t,x\nbb,1\naa,2\n");
+  folder.write("b.csv", "t,x\nbbz,1\nbba,2\naaa,3\n");
+  folder.write("job.txt",
+               "OPEN DATA FILE='a.csv' NAME=first.\nOPEN DATA FILE='b.csv' NAME=second.\n"
+               "ACTIVATE DATASET NAME=first.\n" +
+                   commands);
+  return folder.results({"run", "job.txt"});
+}
+
+TEST(Sort, SortsAnotherDatasetAlongAsTheActiveOneCutsItsTexts) {
+  for (const std::string when : {"", " WHEN=NEEDED"}) {
+    const ProgramFolder folder;
+    const auto results = jobOverTexts(folder, "SORT CASES BY=t WITH=second" + when +
+                                                  ".\nSAVE DATA FILE='sa.csv'.\n"
+                                                  "ACTIVATE DATASET NAME=second.\nSAVE DATA FILE='sb.csv'.\n");
+    EXPECT_EQ(messagesOf(results),
+              "1: Dataset second was sorted by t: row 2 (bb) stood before row 3 (aa). Row numbers count the sorted "
+              "cases.\n"
+              "1: Dataset first was sorted by t: row 1 (bb) stood before row 2 (aa). Row numbers count the sorted "
+              "cases.\n");
+    EXPECT_EQ(folder.read("sa.csv"), "t,x\naa,2\nbb,1\n");
+    EXPECT_EQ(folder.read("sb.csv"), "t,x\naaa,3\nbbz,1\nbba,2\n");
+  }
+}
+
+TEST(Sort, SortsTheActiveDatasetAlsoWhereTheOtherOneCannotBe) {
+  const ProgramFolder folder;
+  folder.write("c.csv", "y\n1\n");
+  const auto results = jobOverTexts(folder,
+                                    "SORT CASES BY=t WITH=third.\n"
+                                    "OPEN DATA FILE='c.csv' NAME=third.\nACTIVATE DATASET NAME=first.\n"
+                                    "SORT CASES BY=t WITH=third.\nSAVE DATA FILE='sa.csv'.\n");
+  EXPECT_EQ(outcomesOf(results), "completed completed completed refused completed completed refused completed");
+  const std::string messages = messagesOf(results);
+  EXPECT_NE(messages.find("third: The dataset does not exist. Open it first."), std::string::npos) << messages;
+  EXPECT_NE(messages.find("third: The dataset has no variable t."), std::string::npos) << messages;
+  EXPECT_EQ(folder.read("sa.csv"), "t,x\naa,2\nbb,1\n");
+}
+
 TEST(Demo, TheTwoEntriesThatAreShippedDifferIn42Cases) {
   const ProgramFolder folder;
   const std::string examples = EXAMPLES;

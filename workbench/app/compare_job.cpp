@@ -50,9 +50,10 @@ std::string openCommand(const std::string& file, const std::string& handle, cons
   return fmt::format("OPEN DATA FILE={} NAME={} TYPESWITH={}.\n", quotedInJob(file), handle, quotedInJob(other));
 }
 
-std::string sortCommand(const CompareRequest& request, const std::string& more) {
+// Both datasets, at the same time; the comparison side as the active side's variables cut the IDs.
+std::string sortCommand(const CompareRequest& request) {
   if (request.ids.empty() || request.sort == SortChoice::never) return {};
-  return fmt::format("SORT CASES BY={}{}{}.\n", namesInJob(request.ids), more,
+  return fmt::format("SORT CASES BY={} WITH={}{}.\n", namesInJob(request.ids), comparisonHandle,
                      request.sort == SortChoice::whenNeeded ? " WHEN=NEEDED" : "");
 }
 
@@ -99,12 +100,10 @@ std::string compareJob(const CompareRequest& request) {
   if (request.tolerance) job += fmt::format("SET OPTIONS TOLERANCE={}.\n", *request.tolerance);
   if (request.collation) job += fmt::format("SET OPTIONS COLLATION={}.\n", quotedInJob(*request.collation));
 
-  // The comparison side is sorted as the active side's variables cut the IDs.
   job += openCommand(request.active, activeHandle, request.comparison);
   job += openCommand(request.comparison, comparisonHandle, request.active);
-  job += sortCommand(request, fmt::format(" LIKE={}", activeHandle));
   job += fmt::format("ACTIVATE DATASET NAME={}.\n", activeHandle);
-  job += sortCommand(request, "");
+  job += sortCommand(request);
 
   job += fmt::format("COMPARE DATASETS\n  /COMPDATASET={}\n", comparisonHandle);
   job += fmt::format("  /VARIABLES={}\n",

@@ -121,32 +121,47 @@ std::string rowText(const Dataset& dataset, const std::vector<std::string>& by, 
   return fmt::format("{} ({})", row.number, keys);
 }
 
-void noteSort(const Surroundings& at, const data::SortResult& result) {
+void noteSort(const Surroundings& at, const std::string& name, const Dataset& dataset, const data::SortRequest& request,
+              const data::SortResult& result) {
   if (!result.reordered) return;
-  const Dataset& dataset = *at.session.datasets.active();
-  const std::vector<std::string> by = at.keywords.names("BY");
   const auto& [earlier, later] = *result.firstOutOfOrder;
   at.run.say(
       BpErrorLevel::note,
       text::sentence("Dataset ^1 was sorted by ^2: row ^3 stood before row ^4. Row numbers count the sorted cases.",
-                     {nameOfActive(at), fmt::format("{}", fmt::join(by, ", ")), rowText(dataset, by, earlier),
-                      rowText(dataset, by, later)}));
+                     {name, fmt::format("{}", fmt::join(request.by, ", ")), rowText(dataset, request.by, earlier),
+                      rowText(dataset, request.by, later)}));
 }
 
-// The width to which each variable's texts are cut: that of the variable of the same name in the other dataset.
-Outcome<std::vector<std::size_t>> cutWidths(const Surroundings& at, const std::vector<std::string>& by) {
-  std::vector<std::size_t> widths(by.size(), 0);
-  if (!at.keywords.has("LIKE")) return widths;
-  const std::string handle = at.keywords.text("LIKE");
-  const auto other = at.session.datasets.find(handle);
-  if (other == nullptr) {
-    return Problem{text::sentence("The dataset does not exist."), handle, text::sentence("Open it first.")};
+// Null, after a refusal, when no dataset is open under the handle that the keyword gives.
+std::shared_ptr<Dataset> openDatasetOf(const Surroundings& at, std::string_view keyword) {
+  const std::string handle = at.keywords.text(keyword);
+  auto dataset = at.session.datasets.find(handle);
+  if (dataset == nullptr) {
+    at.run.refuse({text::sentence("The dataset does not exist."), handle, text::sentence("Open it first.")});
   }
+  return dataset;
+}
+
+// The widths to which the variables' texts are cut: those of the variables of the same names in the other dataset.
+std::vector<std::size_t> widthsIn(const Dataset& other, const std::vector<std::string>& by) {
+  std::vector<std::size_t> widths(by.size(), 0);
   for (std::size_t index = 0; index < by.size(); ++index) {
-    const std::int32_t variable = other->dictionary().find(by[index]);
-    if (variable >= 0) widths[index] = static_cast<std::size_t>(other->dictionary().at(variable).width);
+    const std::int32_t variable = other.dictionary().find(by[index]);
+    if (variable >= 0) widths[index] = static_cast<std::size_t>(other.dictionary().at(variable).width);
   }
   return widths;
+}
+
+// Tells what came of sorting a dataset. False, after a refusal, when nothing did.
+bool settleSort(const Surroundings& at, const std::string& name, const Dataset& dataset,
+                const data::SortRequest& request, const Outcome<data::SortResult>& result) {
+  if (!result) {
+    Problem problem = result.problem();
+    problem.where = name;
+    return at.run.refuse(problem);
+  }
+  noteSort(at, name, dataset, request, *result);
+  return true;
 }
 
 bool sortCases(const Surroundings& at) {
@@ -154,18 +169,22 @@ bool sortCases(const Surroundings& at) {
   if (dataset == nullptr) return false;
   data::SortRequest request;
   request.by = at.keywords.names("BY");
-  auto widths = cutWidths(at, request.by);
-  if (!widths) return at.run.refuse(widths.problem());
-  request.cutWidths = std::move(*widths);
   if (text::sameName(at.keywords.text("WHEN"), "NEEDED")) request.policy = data::SortPolicy::whenNeeded;
-  const auto result = data::sortCases(*dataset, request);
-  if (!result) {
-    Problem problem = result.problem();
-    problem.where = nameOfActive(at);
-    return at.run.refuse(problem);
+  if (at.keywords.has("LIKE")) {
+    const auto other = openDatasetOf(at, "LIKE");
+    if (other == nullptr) return false;
+    request.cutWidths = widthsIn(*other, request.by);
   }
-  noteSort(at, *result);
-  return true;
+  if (!at.keywords.has("WITH")) {
+    return settleSort(at, nameOfActive(at), *dataset, request, data::sortCases(*dataset, request));
+  }
+  const auto other = openDatasetOf(at, "WITH");
+  if (other == nullptr) return false;
+  data::SortRequest otherRequest = request;
+  otherRequest.cutWidths = widthsIn(*dataset, request.by);
+  const auto [otherResult, result] = data::sortBoth({*other, otherRequest}, {*dataset, request});
+  const bool isOtherSorted = settleSort(at, at.keywords.text("WITH"), *other, otherRequest, otherResult);
+  return settleSort(at, nameOfActive(at), *dataset, request, result) && isOtherSorted;
 }
 
 bool filterCases(const Surroundings& at) {

@@ -94,8 +94,14 @@ std::optional<output::Verdict> runProcedure(Session& session, CommandRun& run) {
   if (silent)
     run.say(BpErrorLevel::error, text::sentence("^1 ended without a result and without a reason.", {command.name}));
 
-  const std::optional<ComparisonVerdict> verdict = verdictOf(
-      command, [&](const std::string& variable, std::int64_t cases) { return countFlags(session, variable, cases); });
+  std::optional<ComparisonVerdict> verdict;
+  try {
+    verdict = verdictOf(
+        command, [&](const std::string& variable, std::int64_t cases) { return countFlags(session, variable, cases); });
+  } catch (const ErrorText& error) {
+    run.refuse({error.GetText(), "", ""});
+    command.outcome = Outcome::failed;
+  }
   if (!verdict) return std::nullopt;
   if (verdict->isGuess) {
     run.say(BpErrorLevel::note,

@@ -37,11 +37,13 @@ const std::vector<CommandRow>& commandRows() {
       {"ACTIVATE DATASET", "Activate Dataset", {{"NAME", Spec::wordOrString, required}}},
       {"CLOSE DATASET", "Close Dataset", {{"NAME", Spec::wordOrString, required}}},
       {"SAVE DATA", "Save Data", {{"FILE", Spec::stringOrWord, required}, {"PASSWORD", Spec::stringOrWord, optional}}},
-      // LIKE: texts are cut to the widths of that dataset's variables. WHEN=NEEDED: cases in order stay as they are.
+      // LIKE: texts are cut to the widths of that dataset's variables. WITH: that dataset is sorted as well, its texts
+      // cut to the widths of the active one's variables. WHEN=NEEDED: cases in order stay as they are.
       {"SORT CASES",
        "Sort Cases",
        {{"BY", Spec::nameList, required},
         {"LIKE", Spec::wordOrString, optional},
+        {"WITH", Spec::wordOrString, optional},
         {"WHEN", Spec::wordOrString, optional, {"NEEDED"}}}},
       {"FILTER CASES", "Filter Cases", {{"BY", Spec::wordOrString, required}}},
       {"WEIGHT CASES", "Weight Cases", {{"BY", Spec::wordOrString, required}}},

@@ -24,7 +24,7 @@ DatasetIterator::DatasetIterator(std::shared_ptr<Dataset> dataset, const Iterato
   }
   for (std::int32_t added = std::max(use.firstWritable, dataset_->baseVariables()); added < dictionary.size();
        ++added) {
-    writables_.push_back({added, slots_[static_cast<std::size_t>(added)]});
+    writables_.push_back({added, slots_[static_cast<std::size_t>(added)], {}});
   }
   slotOfVariable_ = slots_.data();
   // Dropping the cases that a filter leaves out changes the block, as writing does.
@@ -88,7 +88,13 @@ bool DatasetIterator::readSpan() {
 // Taking over what is written may happen in a destructor, so the space for it is taken before.
 void DatasetIterator::makeRoomForWritten(std::size_t rows) {
   try {
-    for (const Writable& writable : writables_) dataset_->column(writable.variable).makeRoom(pass_->firstRow(), rows);
+    for (Writable& writable : writables_) {
+      writable.room = {};
+      writable.room = dataset_->column(writable.variable).makeRoom(pass_->firstRow(), rows);
+    }
+  } catch (const ErrorText&) {
+    first_ = next_ = end_ = behind_ = nullptr;
+    throw;
   } catch (const std::bad_alloc&) {
     first_ = next_ = end_ = behind_ = nullptr;
     refuse("There is not enough memory for the variables that are added to ^1.", {nameForPeople(*dataset_)});
@@ -114,11 +120,10 @@ void DatasetIterator::selectCases() {
 void DatasetIterator::takeWritten() noexcept {
   if (first_ == nullptr || writables_.empty()) return;
   const auto delivered = static_cast<std::size_t>(next_ - first_) / caseSlots_;
-  for (const Writable& writable : writables_) {
-    AddedColumn& column = dataset_->column(writable.variable);
+  for (Writable& writable : writables_) {
     const OBS* value = first_ + writable.slot;
     for (std::size_t index = 0; index < delivered; ++index, value += caseSlots_) {
-      column.take(pass_->firstRow() + static_cast<std::int64_t>(filter_ ? rows_[index] : index), value);
+      writable.room.take(pass_->firstRow() + static_cast<std::int64_t>(filter_ ? rows_[index] : index), value);
     }
   }
   first_ = next_ = end_ = behind_ = nullptr;

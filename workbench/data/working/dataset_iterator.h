@@ -45,6 +45,7 @@ class DatasetIterator final : public VRIX_InputCaseIterator, public HandedOut {
   struct Writable {
     std::int32_t variable;
     std::size_t slot;
+    AddedColumn::Room room;  // for the rows of the current block
   };
 
   bool step();

@@ -17,17 +17,17 @@ class Shape:
 
 
 SHAPES = (
-    Shape("million", "many cases", 1_000_000, is_default=True),
+    Shape("million", "many cases", 1_000_000, target=0.40, is_default=True),
     # With fewer strings, so that a line has the length that files of so many variables use to have.
-    Shape("wide", "200 variables", 100_000, 200, generator=("--strings=40",), is_default=True),
-    Shape("ten-million", "very many cases", 10_000_000),
-    Shape("unsorted", "both sides in any order", 1_000_000, generator=("--shuffled",), is_default=True),
+    Shape("wide", "200 variables", 100_000, 200, target=0.30, generator=("--strings=40",), is_default=True),
+    Shape("ten-million", "very many cases", 10_000_000, target=0.45),
+    Shape("unsorted", "both sides in any order", 1_000_000, target=0.90, generator=("--shuffled",), is_default=True),
     Shape("string-key", "an ID of 12 letters", 200_000, generator=("--key=string",)),
     Shape("by-position", "no ID", 200_000, generator=("--key=none",), has_key=False, query="by_position.sql"),
     Shape("all-different", "every pair differs", 200_000, generator=("--differing=100",)),
     Shape("same", "nothing differs", 200_000, generator=("--differing=0", "--unpaired=0")),
     Shape("strings", "strings only, beside the ID", 200_000, generator=("--strings=9",)),
-    Shape("notations", "1.50 here and 15e-1 there", 200_000, generator=("--varied-notation",),
+    Shape("notations", "1.50 here and 15e-1 there", 200_000, target=0.40, generator=("--varied-notation",),
           query="by_key_with_types.sql"),  # fmt: skip
     Shape("very-wide", "2,000 variables", 5_000, 2_000),
 )

@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 
 namespace workbench::data {
 namespace {
@@ -117,10 +118,10 @@ bool isHeld(const Decimal& number) {
   if (number.isZero()) return true;
   const bool isWhole = !number.hasExponent && number.lastDigit < number.wholeDigits;
   if (isWhole) return isExactInteger(number);
-  // Without an exponent and of such a length it is far within the range of normal doubles.
-  constexpr std::int32_t shortLength = 100;
+  // Where its first digit stands, from the point on: doubles of 15 digits reach beyond that to both sides.
+  constexpr std::int32_t farWithinRange = 290;
   const bool isShort = number.significantDigits() <= digitsAlwaysHeld;
-  if (isShort && !number.hasExponent && number.wholeDigits + number.fractionDigits <= shortLength) return true;
+  if (isShort && std::abs(number.wholeDigits + number.exponent - number.firstDigit) < farWithinRange) return true;
   if (number.significantDigits() > mostDigitsOfDouble) return false;
   const std::optional<double> value = valueOf(number);
   if (!value || *value == 0) return false;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
+
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/data/files/declared_column.h"
 
@@ -38,9 +40,17 @@ CellDecoder::Column CellDecoder::columnOf(const CsvColumn& column) const {
   return how;
 }
 
+// The scan has seen that it is a number, and that it is held. What remains to be told from one is what the conversion
+// takes for a number beside.
 std::optional<double> CellDecoder::longNumberOf(std::string_view cell) {
-  const std::optional<Decimal> number = decimalOf(cell);
-  return number ? valueOf(*number) : std::nullopt;
+  const std::string_view withoutSign = cell.substr(cell.starts_with('+') || cell.starts_with('-') ? 1 : 0);
+  const char first = withoutSign.empty() ? '\0' : withoutSign.front();
+  if (first != '.' && (first < '0' || first > '9')) return std::nullopt;
+  if (cell.starts_with('+')) cell = withoutSign;  // the one form that from_chars does not know
+  double value = 0;
+  const auto [end, error] = std::from_chars(cell.data(), cell.data() + cell.size(), value);
+  if (error != std::errc() || end != cell.data() + cell.size()) return std::nullopt;
+  return value;
 }
 
 std::optional<double> CellDecoder::momentOf(std::string_view cell, FormatType format) {

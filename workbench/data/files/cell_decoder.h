@@ -13,7 +13,7 @@
 
 #include "workbench/data/case_reader.h"
 #include "workbench/data/cells/cell_reader.h"
-#include "workbench/data/cells/decimal_text.h"
+#include "workbench/data/cells/short_decimal.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/files/csv_table.h"
 #include "workbench/runtime/outcome.h"

@@ -17,5 +17,8 @@ step() {
   fi
 }
 
-# test_summary PRESET: the lines with which ctest closed its last full run.
-test_summary() { grep -E 'tests? (passed|failed)|^Total Test time' "$logs/test-$1.log"; }
+# test_summary PRESET: the lines with which ctest closed its last full run, and why tests were skipped.
+test_summary() {
+  grep -E 'tests? (passed|failed)|^Total Test time|\(Skipped\)$' "$logs/test-$1.log"
+  grep -h '^skipped: ' "build/$1/Testing/Temporary/LastTest.log" || true
+}

@@ -123,7 +123,7 @@ TEST(DecimalText, ReadsShortAndLongWritingsAlikeAsTheNearestDouble) {
     RC_ASSERT(judged(text) == "number");
     RC_ASSERT(valueOfText(text) == expected);
     ShortDecimal number;
-    RC_ASSERT(readShortDecimal(text, number));
+    RC_ASSERT(number.read(text));
     RC_ASSERT(number.value() == expected);
   }));
 }
@@ -133,7 +133,7 @@ TEST(DecimalText, KnowsAllShortDecimalsTheLongWay) {
     std::string text;
     for (const char character : picked) text += "0123456789.-+e"[static_cast<unsigned char>(character) % 14];
     ShortDecimal number;
-    if (!readShortDecimal(text, number)) return;
+    if (!number.read(text)) return;
     RC_ASSERT(judged(text) == "number");
     RC_ASSERT(number.value() == valueOfText(text));
     RC_ASSERT(std::signbit(number.value()) == std::signbit(valueOfText(text)));

@@ -1,17 +1,16 @@
 // What is written, byte by byte, and what stands on disk when.
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cmath>
-#include <csignal>
 #include <cstring>
 #include <limits>
 
 #include "host/messages.h"
 #include "tests/data/files/file_fixture.h"
+#include "tests/data/files/system_limits.h"
 #include "workbench/data/files/csv_case_writer.h"
 
 namespace workbench::data {
@@ -232,26 +231,6 @@ TEST(CsvWriting, RefusesValuesThatNoTextHolds) {
   EXPECT_EQ(refusal(text("x", 8), slot("a\0b     ")),
             "a.csv: In case 1 the value of \"x\" holds a NUL byte, so it cannot be written; correct the value.");
 }
-
-// No file of this process grows beyond that size as long as this lives.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : handler_(::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &former_);
-    const rlimit limit{bytes, former_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &former_);
-    ::signal(SIGXFSZ, handler_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  sighandler_t handler_;
-  rlimit former_{};
-};
 
 // What stops the writing of that many different numbers when no file grows beyond the limit.
 std::string problemOfWriting(const std::string& path, int numbers, rlim_t limitBytes) {

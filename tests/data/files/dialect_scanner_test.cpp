@@ -206,7 +206,7 @@ std::string fieldsAndLines(TableScanner& scanner) {
   std::string all;
   CsvField field;
   TableScanner::Step step = scanner.next(field);
-  for (; step == TableScanner::Step::field; step = scanner.next(field)) {
+  for (; step == TableScanner::Step::taken; step = scanner.next(field)) {
     all += fmt::format("{}:{}{}{}", field.line, field.isNull ? "<null>" : field.text, field.endsRecord ? "/" : "|", "");
   }
   if (step == TableScanner::Step::problem) all += scanner.problem().text();

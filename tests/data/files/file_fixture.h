@@ -10,12 +10,16 @@
 #include <memory>
 #include <optional>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/data_file.h"
+#include "workbench/data/files/byte_source.h"
+#include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/input_file.h"
 
 namespace workbench::data {
 
@@ -52,6 +56,21 @@ class TestFolder {
  private:
   std::filesystem::path folder_;
 };
+
+// What the file holds, unpacked as its name says. Requires: it can be read.
+inline std::string unpackedText(const std::string& path) {
+  const auto file = InputFile::open(path);
+  if (!file) throw std::runtime_error(file.problem().text());
+  const auto source = openByteSource(*file, fileKind(path)->packing);
+  std::string text;
+  std::vector<char> buffer(std::size_t{1} << 16);
+  for (;;) {
+    const Outcome<std::size_t> bytes = source->read(buffer.data(), buffer.size());
+    if (!bytes) throw std::runtime_error(bytes.problem().text());
+    if (*bytes == 0) return text;
+    text.append(buffer.data(), *bytes);
+  }
+}
 
 using SharedFile = std::shared_ptr<const DataFile>;
 

@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "workbench/data/files/table_scanner.h"
@@ -81,7 +83,7 @@ inline std::string scanned(TableScanner& scanner, bool hasHeader) {
   CsvField field;
   bool atStart = true;
   TableScanner::Step step = scanner.next(field);
-  for (; step == TableScanner::Step::field; step = scanner.next(field)) {
+  for (; step == TableScanner::Step::taken; step = scanner.next(field)) {
     if (!atStart) {
       all += '|';
     } else if (!all.empty()) {
@@ -93,6 +95,58 @@ inline std::string scanned(TableScanner& scanner, bool hasHeader) {
   if (step == TableScanner::Step::problem) {
     all += fmt::format("{}! {}: {}", all.empty() ? "" : " ", scanner.problem().where, scanner.problem().what);
   }
+  return all;
+}
+
+// A field with where it begins, if that is asked for: "text:line".
+inline std::string placed(std::string_view text, bool isNull, std::optional<std::uint64_t> line) {
+  const std::string_view shown = isNull ? "<null>" : text;
+  return line ? fmt::format("{}:{}", shown, *line) : std::string(shown);
+}
+
+enum class Lines { shown, left };
+
+// The whole records of the data, field by field, and what ends them: "a:2|b:2 / c:3|d:3 / ! t.csv, line 4: ...".
+inline std::string recordsByField(TableScanner& scanner, bool hasHeader, Lines lines = Lines::shown) {
+  std::vector<std::string> names;
+  if (hasHeader && scanner.readHeader(names) != TableScanner::Step::taken) return "no header";
+  std::string all;
+  std::string record;
+  CsvField field;
+  TableScanner::Step step = scanner.next(field);
+  for (; step == TableScanner::Step::taken; step = scanner.next(field)) {
+    const auto line = lines == Lines::shown ? std::optional(field.line) : std::nullopt;
+    record += placed(field.text, field.isNull, line) + (field.endsRecord ? " / " : "|");
+    if (field.endsRecord) all += std::exchange(record, "");
+  }
+  if (step == TableScanner::Step::problem)
+    all += fmt::format("! {}: {}", scanner.problem().where, scanner.problem().what);
+  return all;
+}
+
+// The same, taken in batches. Lines take long to find in long texts.
+inline std::string recordsByBatch(TableScanner& scanner, bool hasHeader, Lines lines = Lines::shown) {
+  std::vector<std::string> names;
+  if (hasHeader && scanner.readHeader(names) != TableScanner::Step::taken) return "no header";
+  std::string all;
+  CellBatch batch;
+  TableScanner::Step step = scanner.nextRecords(batch);
+  for (; step == TableScanner::Step::taken; step = scanner.nextRecords(batch)) {
+    std::uint64_t bytes = 0;
+    for (std::size_t record = 0; record < batch.records(); ++record) {
+      for (std::size_t column = 0; column < batch.columns(); ++column) {
+        const ColumnCells cells = batch.column(column);
+        const auto line = lines == Lines::shown ? std::optional(batch.lineOf(record, column)) : std::nullopt;
+        all += placed(cells.text(record), cells.isNull(record), line);
+        all += column + 1 == batch.columns() ? " / " : "|";
+        bytes += cells.text(record).size();
+      }
+    }
+    if (bytes != batch.bytes()) all += "wrong number of bytes";
+    if (batch.records() == 0) all += "empty batch";
+  }
+  if (step == TableScanner::Step::problem)
+    all += fmt::format("! {}: {}", scanner.problem().where, scanner.problem().what);
   return all;
 }
 

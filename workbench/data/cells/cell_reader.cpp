@@ -143,7 +143,7 @@ std::optional<double> CellReader::number(std::string_view cell) {
 
 // Most numbers are short and written plainly; they are read where they stand.
 std::optional<double> CellReader::declaredNumber(std::string_view cell) {
-  if (ShortDecimal number; isPlainNumber_ && readShortDecimal(cell, number)) {
+  if (ShortDecimal number; isPlainNumber_ && number.read(cell)) {
     const bool isOfType = reading_.type == CellType::number || cell.find('.') == std::string_view::npos;
     return isOfType ? std::optional(number.value()) : std::nullopt;
   }

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "workbench/data/cells/short_decimal.h"
+
 namespace workbench::data {
 
 // A decimal number taken apart, the exponent left where it is.
@@ -35,19 +37,6 @@ struct Decimal {
 // Nothing when the text is no decimal number.
 std::optional<Decimal> decimalOf(std::string_view text);
 
-// A decimal number of the kind that most are: at most 15 digits, no exponent. It is always held.
-struct ShortDecimal {
-  std::uint64_t mantissa = 0;  // all digits as one whole number
-  std::int32_t wholeDigits = 0;
-  std::int32_t fractionDigits = 0;
-  bool negative = false;
-
-  double value() const;
-};
-
-// False when the text is something else, a longer number perhaps; the result is then of no use.
-bool readShortDecimal(std::string_view text, ShortDecimal& number);
-
 // Whether a double holds the number so that no two different ones become the same and none is changed in a digit that
 // somebody wrote on purpose. Held are whole numbers up to 2^53; numbers of up to 15 significant digits in the range of
 // normal doubles; and longer ones whose digits are just those with which programs write a double (its shortest form, or
@@ -56,45 +45,6 @@ bool isHeld(const Decimal& number);
 
 // The double nearest to the number, -0 being negative zero; nothing when it is beyond the range of doubles.
 std::optional<double> valueOf(const Decimal& number);
-
-inline bool readShortDecimal(std::string_view text, ShortDecimal& number) {
-  constexpr std::ptrdiff_t mostDigits = 15;
-  const char* next = text.data();
-  const char* const end = next + text.size();
-  number.negative = next != end && *next == '-';
-  if (number.negative) ++next;
-  std::uint64_t mantissa = 0;
-  const auto takeDigits = [&] {
-    for (; next != end; ++next) {
-      const unsigned digit = static_cast<unsigned char>(*next) - static_cast<unsigned>('0');
-      if (digit > 9) break;
-      mantissa = mantissa * 10 + digit;  // may overflow; then there are too many digits
-    }
-  };
-  const char* const whole = next;
-  takeDigits();
-  const std::ptrdiff_t wholeDigits = next - whole;
-  std::ptrdiff_t fractionDigits = 0;
-  if (next != end && *next == '.') {
-    const char* const fraction = ++next;
-    takeDigits();
-    fractionDigits = next - fraction;
-  }
-  const std::ptrdiff_t digits = wholeDigits + fractionDigits;
-  if (next != end || digits == 0 || digits > mostDigits || (wholeDigits > 1 && *whole == '0')) return false;
-  number.mantissa = mantissa;
-  number.wholeDigits = static_cast<std::int32_t>(wholeDigits);
-  number.fractionDigits = static_cast<std::int32_t>(fractionDigits);
-  return true;
-}
-
-inline double ShortDecimal::value() const {
-  // Both operands being exact, the one operation rounds correctly.
-  constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  const double magnitude = static_cast<double>(mantissa) / powersOfTen[fractionDigits];
-  return negative ? -magnitude : magnitude;
-}
 
 // The shortest text that reads as exactly this value and is held. Requires: the value is finite.
 std::string decimalText(double value);

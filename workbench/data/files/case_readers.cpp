@@ -11,8 +11,14 @@ namespace workbench::data {
 
 bool isForDuckDb(const TableDialect& dialect) { return isPlain(dialect) && isUtf8(dialect.encoding); }
 
+bool isReadByDuckDb(const TableDialect& dialect, Packing packing) {
+  return packing != Packing::none && isForDuckDb(dialect);
+}
+
 std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted) {
-  if (isForDuckDb(table->dialect())) return std::make_unique<CsvCaseReader>(std::move(table), wanted);
+  if (isReadByDuckDb(table->dialect(), table->kind.packing)) {
+    return std::make_unique<CsvCaseReader>(std::move(table), wanted);
+  }
   return std::make_unique<ScannedCaseReader>(std::move(table), wanted);
 }
 

@@ -1,5 +1,5 @@
-// Which reader delivers the cases of a table: DuckDB's wherever DuckDB can be told the dialect exactly, else our own
-// scanner's.
+// Which reader delivers the cases of a table: our own scanners', which are the fastest on texts as they lie; DuckDB's
+// for packed ones in a dialect that it can be told exactly.
 #pragma once
 
 #include <memory>
@@ -11,6 +11,8 @@ namespace workbench::data {
 
 // Whether DuckDB reads such texts in just the way of our scanner. Requires: the dialect has a delimiter.
 bool isForDuckDb(const TableDialect& dialect);
+// Whether it is DuckDB that does.
+bool isReadByDuckDb(const TableDialect& dialect, Packing packing);
 
 // Throws ErrorText when a file is not any more what it was when it was scanned.
 std::unique_ptr<CaseReader> openCaseReader(std::shared_ptr<const CsvTable> table, const VariableSubset& wanted = {});

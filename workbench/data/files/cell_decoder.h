@@ -3,6 +3,7 @@
 // Used by one thread at a time.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -25,16 +26,14 @@ class CellDecoder {
   explicit CellDecoder(const CsvTable& table, const VariableSubset& wanted = {});
 
   // Stores so many cells of a column, one per case, into cases that lie `caseSlots` slots apart. `cells` gives a row's
-  // text by text(row), and by isNull(row) whether it holds no value whatever its column. Gives the row of a cell that
-  // does not read, and ends there.
+  // text by text(row), and by isNull(row) whether it holds no value whatever its column; arePadded promises
+  // readableBehind of every text. Gives the row of a cell that does not read, and ends there.
   template <class Cells>
   std::optional<std::size_t> decode(std::size_t column, const Cells& cells, std::size_t rows, OBS* cases,
                                     std::size_t caseSlots);
   // Makes missing what no column feeds.
   void fillUnfed(OBS* cases, std::size_t rows, std::size_t caseSlots) const;
 
-  // Of all cells so far, taken or not.
-  std::uint64_t bytesRead() const { return bytesRead_; }
   // What to tell of a cell that did not read. `where` is its file and line or case.
   Problem refusal(std::size_t column, std::string_view cell, const std::string& where);
 
@@ -64,8 +63,23 @@ class CellDecoder {
   const CsvTable& table_;
   std::vector<Column> columns_;
   std::vector<std::int32_t> unfed_;  // variables
-  std::uint64_t bytesRead_ = 0;
 };
+
+// Stores a text and blanks behind it, eight bytes at a time. Requires: readableBehind; it is no longer than slotBytes.
+inline void storePadded(std::string_view text, OBS* slots, std::size_t slotBytes) {
+  constexpr std::uint64_t blanks = 0x2020202020202020;
+  const OBS* const behind = slots + slotBytes / sizeof(OBS);
+  const char* next = text.data();
+  std::size_t rest = text.size();
+  for (; rest >= sizeof blanks; rest -= sizeof blanks, next += sizeof blanks) {
+    std::memcpy(slots++->text, next, sizeof blanks);
+  }
+  if (slots == behind) return;
+  const std::uint64_t inside = (std::uint64_t{1} << (rest * 8)) - 1;
+  const std::uint64_t last = (eightBytes(next) & inside) | (blanks & ~inside);
+  std::memcpy(slots++->text, &last, sizeof last);
+  for (; slots != behind; ++slots) std::memcpy(slots->text, &blanks, sizeof blanks);
+}
 
 template <class Cells>
 std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& cells, std::size_t rows, OBS* cases,
@@ -75,7 +89,8 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
   switch (how.decoding) {
     case Decoding::number:
       return decodeNumbers(cells, rows, values, caseSlots, [](std::string_view cell) {
-        if (ShortDecimal number; readShortDecimal(cell, number)) return std::optional(number.value());
+        ShortDecimal number;
+        if (Cells::arePadded ? number.readPadded(cell) : number.read(cell)) return std::optional(number.value());
         return cell.empty() ? std::optional(systemMissing) : longNumberOf(cell);
       });
     case Decoding::moment:
@@ -94,38 +109,37 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
     case Decoding::skipped:
       break;
   }
-  for (std::size_t row = 0; row < rows; ++row) bytesRead_ += cells.text(row).size();
   return std::nullopt;
 }
 
 template <class Cells, class ValueOf>
 std::optional<std::size_t> CellDecoder::decodeNumbers(const Cells& cells, std::size_t rows, OBS* values,
                                                       std::size_t caseSlots, ValueOf valueOf) {
-  std::uint64_t bytes = 0;
+  const Cells own = cells;
   for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
-    const std::string_view cell = cells.text(row);
-    const std::optional<double> value = cells.isNull(row) ? std::optional(systemMissing) : valueOf(cell);
+    const std::string_view cell = own.text(row);
+    const std::optional<double> value = own.isNull(row) ? std::optional(systemMissing) : valueOf(cell);
     if (!value) return row;
     values->number = *value;
-    bytes += cell.size();
   }
-  bytesRead_ += bytes;
   return std::nullopt;
 }
 
 template <class Cells, class HoldsNoValue>
 std::optional<std::size_t> CellDecoder::decodeTexts(const Column& column, const Cells& cells, std::size_t rows,
                                                     OBS* values, std::size_t caseSlots, HoldsNoValue holdsNoValue) {
-  std::uint64_t bytes = 0;
+  const Cells own = cells;
   for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
-    const std::string_view cell = cells.text(row);
-    const std::string_view value = cells.isNull(row) || holdsNoValue(cell) ? std::string_view("") : cell;
+    const std::string_view cell = own.text(row);
+    const std::string_view value = own.isNull(row) || holdsNoValue(cell) ? std::string_view("") : cell;
     if (value.size() > column.width) return row;
-    std::memcpy(values->text, value.data(), value.size());
-    std::memset(values->text + value.size(), ' ', column.slotBytes - value.size());
-    bytes += cell.size();
+    if constexpr (Cells::arePadded && std::endian::native == std::endian::little) {
+      storePadded(value, values, column.slotBytes);
+    } else {
+      std::memcpy(values->text, value.data(), value.size());
+      std::memset(values->text + value.size(), ' ', column.slotBytes - value.size());
+    }
   }
-  bytesRead_ += bytes;
   return std::nullopt;
 }
 

@@ -1,12 +1,35 @@
 #include "workbench/data/files/column_evidence.h"
 
 #include <algorithm>
+#include <bit>
 #include <numeric>
 
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/data/cells/decimal_text.h"
+#include "workbench/text/string_comparison.h"
 
 namespace workbench::data {
+
+namespace {
+
+std::optional<double> numberOf(std::string_view cell) {
+  if (ShortDecimal number; number.readPadded(cell)) return number.value();
+  const std::optional<Decimal> number = decimalOf(cell);
+  return number ? valueOf(*number) : std::nullopt;
+}
+
+// A digit, a minus, a point, and the one sign between these.
+bool mayBeginShort(char first) { return first >= '-' && first <= '9'; }
+
+// The parts of ShortNumbers::shapes.
+constexpr std::int32_t wholePart = 16;
+constexpr std::int32_t negativePart = 32;
+constexpr std::uint64_t partBits = 0xFFFF;
+
+// The highest number whose bit is set in the lowest part, or 0.
+std::int32_t highestIn(std::uint64_t shapes) { return std::max(63 - std::countl_zero(shapes & partBits), 0); }
+
+}  // namespace
 
 CellSighting sightingOf(std::string_view cell, std::uint64_t line) {
   constexpr std::size_t longest = 40;
@@ -17,27 +40,110 @@ CellSighting sightingOf(std::string_view cell, std::uint64_t line) {
   return {line, std::string(cell.substr(0, length)), false};
 }
 
-void ColumnEvidence::add(std::string_view cell, std::uint64_t line) {
-  const auto kind = static_cast<std::size_t>(seen(cell));
-  longestText_ = std::max(longestText_, cell.size());
-  if (counts_[kind]++ == 0 && kind != static_cast<std::size_t>(CellKind::empty)) {
-    first_[kind] = sightingOf(cell, line);
+inline void ColumnEvidence::ShortNumbers::add(const ShortDecimal& number) {
+  const std::int32_t whole = number.isNegative() ? negativePart : wholePart;
+  shapes |= std::uint64_t{1} << number.fractionDigits() | std::uint64_t{1} << (whole + number.wholeDigits());
+  firstDigits |= number.firstDigits();
+  lastDigits |= number.lastDigits();
+}
+
+void ColumnEvidence::ShortNumbers::merge(const ShortNumbers& other) {
+  shapes |= other.shapes;
+  firstDigits |= other.firstDigits;
+  lastDigits |= other.lastDigits;
+}
+
+// The sign counts, and one digit stands before the point in any case.
+std::int32_t ColumnEvidence::ShortNumbers::wholeWidth() const {
+  const std::int32_t width = std::max(highestIn(shapes >> wholePart), 1);
+  const std::uint64_t negative = shapes >> negativePart & partBits;
+  return negative == 0 ? width : std::max(width, std::max(highestIn(negative), 1) + 1);
+}
+
+std::int32_t ColumnEvidence::ShortNumbers::fractionDigits() const { return highestIn(shapes); }
+
+std::int32_t ColumnEvidence::ShortNumbers::significantDigits() const {
+  constexpr std::int32_t digitsOfWord = 8;
+  if (firstDigits != 0) return 2 * digitsOfWord - std::countr_zero(firstDigits) / 8;
+  return std::max(digitsOfWord - std::countr_zero(lastDigits) / 8, 1);
+}
+
+// Most columns are short numbers throughout, or texts that do not begin like one.
+void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
+  if (numbersRise_ || textsRise_) followOrder(cells, column);
+  const ColumnCells own = cells.column(column);
+  const std::size_t records = cells.records();
+  ShortNumbers shortNumbers;
+  std::size_t longestText = 0;
+  std::uint64_t empty = 0;
+  std::uint64_t others = 0;
+  for (std::size_t record = 0; record < records; ++record) {
+    const std::string_view cell = own.text(record);
+    if (cell.empty() || own.isNull(record)) {
+      ++empty;
+      continue;
+    }
+    longestText = std::max(longestText, cell.size());
+    if (ShortDecimal number; mayBeginShort(cell.front()) && number.readPadded(cell)) {
+      shortNumbers.add(number);
+    } else {
+      ++others;
+      note(seenOther(cell), cell, [&] { return cells.lineOf(record, column); });
+    }
+  }
+  longestText_ = std::max(longestText_, longestText);
+  counts_[static_cast<std::size_t>(CellKind::empty)] += empty;
+  counts_[static_cast<std::size_t>(CellKind::number)] += records - empty - others;
+  if (shortNumbers_.isEmpty() && !shortNumbers.isEmpty()) noteFirstShort(cells, column);
+  shortNumbers_.merge(ShortNumbers(shortNumbers));
+}
+
+// The first number may be a longer one.
+void ColumnEvidence::noteFirstShort(const CellBatch& cells, std::size_t column) {
+  const ColumnCells own = cells.column(column);
+  std::size_t record = 0;
+  for (ShortDecimal number; own.isNull(record) || !number.readPadded(own.text(record));) ++record;
+  const std::uint64_t line = cells.lineOf(record, column);
+  CellSighting& first = first_[static_cast<std::size_t>(CellKind::number)];
+  if (first.line == 0 || line < first.line) first = sightingOf(own.text(record), line);
+}
+
+void ColumnEvidence::addAs(std::string_view text, const CellBatch& cells, std::size_t record, std::size_t column) {
+  numbersRise_ = textsRise_ = false;
+  longestText_ = std::max(longestText_, text.size());
+  ShortDecimal number;
+  const bool isShort = number.read(text);
+  if (isShort) shortNumbers_.add(number);
+  note(isShort ? CellKind::number : seenOther(text), text, [&] { return cells.lineOf(record, column); });
+}
+
+template <class LineOf>
+void ColumnEvidence::note(CellKind kind, std::string_view cell, LineOf lineOf) {
+  const auto index = static_cast<std::size_t>(kind);
+  if (counts_[index]++ == 0 && kind != CellKind::empty) first_[index] = sightingOf(cell, lineOf());
+}
+
+// Up to the first cell that is not greater; in most columns that is a matter of a few.
+void ColumnEvidence::followOrder(const CellBatch& cells, std::size_t column) {
+  for (std::size_t record = 0; record < cells.records() && numbersRise_; ++record) {
+    const std::optional<double> number = numberOf(cells.text(record, column));
+    numbersRise_ = number && (!lastNumber_ || *lastNumber_ < *number);
+    lastNumber_ = number;
+  }
+  for (std::size_t record = 0; record < cells.records() && textsRise_; ++record) {
+    const std::string_view cell = text::withoutTrailingBlanks(cells.text(record, column));
+    textsRise_ = lastText_ < cell;
+    lastText_.assign(cell);
   }
 }
 
-// Most cells are told by their first character and their length.
-CellKind ColumnEvidence::seen(std::string_view cell) {
+// Of a cell that is no short number.
+CellKind ColumnEvidence::seenOther(std::string_view cell) {
   if (cell.empty()) return CellKind::empty;
   const char first = cell.front();
   const bool beginsWithDigit = first >= '0' && first <= '9';
   if (!beginsWithDigit && first != '-' && first != '+' && first != '.') return CellKind::text;
-  if (ShortDecimal number; readShortDecimal(cell, number)) {
-    const std::int32_t sign = number.negative ? 1 : 0;
-    wholeWidth_ = std::max(wholeWidth_, std::max(number.wholeDigits, 1) + sign);
-    fractionDigits_ = std::max(fractionDigits_, number.fractionDigits);
-    longestMantissa_ = std::max(longestMantissa_, number.mantissa);
-    return CellKind::number;
-  }
+  if (beginsWithDigit && dateOf(cell)) return CellKind::date;
   if (const std::optional<Decimal> number = decimalOf(cell)) {
     if (!isHeld(*number)) return CellKind::text;
     wholeWidth_ = std::max(wholeWidth_, number->expandedWholeDigits() + (number->negative ? 1 : 0));
@@ -46,7 +152,6 @@ CellKind ColumnEvidence::seen(std::string_view cell) {
     return CellKind::number;
   }
   if (!beginsWithDigit) return CellKind::text;
-  if (dateOf(cell)) return CellKind::date;
   if (const std::optional<CalendarValue> time = timeOf(cell); time && time->isHeld) {
     secondsDigits_ = std::max(secondsDigits_, time->fractionDigits);
     return CellKind::time;
@@ -59,6 +164,7 @@ CellKind ColumnEvidence::seen(std::string_view cell) {
 }
 
 void ColumnEvidence::merge(const ColumnEvidence& other) {
+  numbersRise_ = textsRise_ = false;
   for (std::size_t kind = 0; kind < cellKinds; ++kind) {
     counts_[kind] += other.counts_[kind];
     if (first_[kind].line == 0) first_[kind] = other.first_[kind];
@@ -67,14 +173,8 @@ void ColumnEvidence::merge(const ColumnEvidence& other) {
   wholeWidth_ = std::max(wholeWidth_, other.wholeWidth_);
   fractionDigits_ = std::max(fractionDigits_, other.fractionDigits_);
   significantDigits_ = std::max(significantDigits_, other.significantDigits_);
-  longestMantissa_ = std::max(longestMantissa_, other.longestMantissa_);
+  shortNumbers_.merge(other.shortNumbers_);
   secondsDigits_ = std::max(secondsDigits_, other.secondsDigits_);
-}
-
-std::int32_t ColumnEvidence::significantDigits() const {
-  std::int32_t digits = 0;
-  for (std::uint64_t rest = longestMantissa_; rest != 0; rest /= 10) ++digits;
-  return std::max(digits, significantDigits_);
 }
 
 std::uint64_t ColumnEvidence::filled() const {

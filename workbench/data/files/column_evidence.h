@@ -4,11 +4,15 @@
 // columns written one below the other.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "workbench/data/files/cell_batch.h"
 
 namespace workbench::data {
 
@@ -28,7 +32,10 @@ CellSighting sightingOf(std::string_view cell, std::uint64_t line);
 
 class ColumnEvidence {
  public:
-  void add(std::string_view cell, std::uint64_t line);
+  // Adds all cells of a column. A null counts as an empty cell.
+  void add(const CellBatch& cells, std::size_t column);
+  // Adds one of them as if it had another text.
+  void addAs(std::string_view text, const CellBatch& cells, std::size_t record, std::size_t column);
   // Adds all that the other one has seen. Sightings stay this one's where it has any.
   void merge(const ColumnEvidence& other);
 
@@ -41,22 +48,54 @@ class ColumnEvidence {
 
   std::size_t longestText() const { return longestText_; }  // in bytes, over all cells
   // Over all numbers, exponents carried out: digits before the point and a minus; digits behind it.
-  std::int32_t wholeWidth() const { return wholeWidth_; }
-  std::int32_t fractionDigits() const { return fractionDigits_; }
-  std::int32_t significantDigits() const;                        // from the first that is not 0
+  std::int32_t wholeWidth() const { return std::max(wholeWidth_, shortNumbers_.wholeWidth()); }
+  std::int32_t fractionDigits() const { return std::max(fractionDigits_, shortNumbers_.fractionDigits()); }
+  std::int32_t significantDigits() const {  // from the first that is not 0
+    return std::max(significantDigits_, shortNumbers_.significantDigits());
+  }
   std::int32_t secondsDigits() const { return secondsDigits_; }  // of the fractions of all times and dates with times
 
+  // Whether all cells were filled and each was greater than the one before it: as a number, or by the bytes of its text
+  // without trailing blanks. Not known, and so false, of merged evidence and of cells that were added as another text.
+  bool numbersRise() const { return numbersRise_ && kind() == CellKind::number && count(CellKind::empty) == 0; }
+  bool textsRise() const { return textsRise_ && count(CellKind::empty) == 0; }
+
  private:
-  CellKind seen(std::string_view cell);
+  // What the short numbers of a column have in common, gathered bit by bit.
+  struct ShortNumbers {
+    void add(const ShortDecimal& number);
+    void merge(const ShortNumbers& other);
+    bool isEmpty() const { return shapes == 0; }
+    std::int32_t wholeWidth() const;
+    std::int32_t fractionDigits() const;
+    std::int32_t significantDigits() const;
+
+    // There is one with n digits of the fraction, n digits before the point, n such digits and a minus: bit n of the
+    // three parts from the lowest on.
+    std::uint64_t shapes = 0;
+    // All digits laid over each other, as a number holds them.
+    std::uint64_t firstDigits = 0;
+    std::uint64_t lastDigits = 0;
+  };
+
+  CellKind seenOther(std::string_view cell);
+  void noteFirstShort(const CellBatch& cells, std::size_t column);
+  template <class LineOf>
+  void note(CellKind kind, std::string_view cell, LineOf lineOf);
+  void followOrder(const CellBatch& cells, std::size_t column);
 
   std::array<std::uint64_t, cellKinds> counts_{};
   std::array<CellSighting, cellKinds> first_;
   std::size_t longestText_ = 0;
-  std::int32_t wholeWidth_ = 1;
+  ShortNumbers shortNumbers_;
+  std::int32_t wholeWidth_ = 1;  // this and the next two: of all other numbers
   std::int32_t fractionDigits_ = 0;
-  std::int32_t significantDigits_ = 1;  // of those that are no short decimals
-  std::uint64_t longestMantissa_ = 0;   // of those that are
+  std::int32_t significantDigits_ = 1;
   std::int32_t secondsDigits_ = 0;
+  bool numbersRise_ = true;
+  bool textsRise_ = true;
+  std::optional<double> lastNumber_;  // while they rise
+  std::string lastText_;              // the same
 };
 
 // Why the text is not of the given kind, as the end of a sentence: "is no ISO date". Requires: it is not.

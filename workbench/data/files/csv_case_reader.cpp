@@ -40,6 +40,8 @@ std::string csvQuery(const std::string& path, const FileEvidence& evidence, Pack
 
 // The cells of a column from a row of the chunk on.
 struct ChunkCells {
+  static constexpr bool arePadded = false;
+
   DuckDbQuery::Column column;
   std::size_t firstRow;
   const std::optional<std::string>& nullSequence;
@@ -102,10 +104,10 @@ bool CsvCaseReader::nextChunk() {
 }
 
 void CsvCaseReader::endPart() {
-  checkWhole(part(), casesOfPart_, decoder_.bytesRead() - bytesBeforePart_);
+  checkWhole(part(), casesOfPart_, bytesOfPart_);
   open_.reset();
   casesOfPart_ = 0;
-  bytesBeforePart_ = decoder_.bytesRead();
+  bytesOfPart_ = 0;
   if (++partIndex_ != table_->parts.size()) openPart();
 }
 
@@ -122,6 +124,7 @@ void CsvCaseReader::skipHeader() {
 void CsvCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t rows) {
   for (std::size_t column = 0; column < query().columns(); ++column) {
     const ChunkCells cells{query().column(column), row_, table_->dialect().nullSequence};
+    for (std::size_t row = 0; row < rows; ++row) bytesOfPart_ += cells.text(row).size();
     const std::optional<std::size_t> refused = decoder_.decode(column, cells, rows, cases, caseSlots);
     if (!refused) continue;
     const std::string where = fmt::format("{}, case {}", part().path, casesOfPart_ + *refused + 1);

@@ -45,7 +45,7 @@ class CsvCaseReader final : public CaseReader {
   std::unique_ptr<OpenPart> open_;  // null: all parts have been read
   std::size_t row_ = 0;             // of the current chunk, the next to be decoded
   std::uint64_t casesOfPart_ = 0;
-  std::uint64_t bytesBeforePart_ = 0;
+  std::uint64_t bytesOfPart_ = 0;
   bool headerIsRead_ = false;
 };
 

@@ -50,8 +50,8 @@ std::string quotedName(std::string_view name) {
 // Texts that hold a delimiter, a quote or a line break are quoted by DuckDB, and an empty one, but not a missing one.
 std::string csvOptions(const FileKind& kind, const Dictionary& dictionary) {
   std::string options =
-      fmt::format("FORMAT csv, HEADER true, DELIMITER {}, QUOTE '\"', ESCAPE '\"', NULLSTR '', COMPRESSION '{}'",
-                  sqlText(std::string_view(&kind.delimiter, 1)), nameOf(kind.packing));
+      fmt::format("FORMAT csv, HEADER true, DELIMITER {}, QUOTE '\"', ESCAPE '\"', NULLSTR '', COMPRESSION 'none'",
+                  sqlText(std::string_view(&kind.delimiter, 1)));
   // Unquoted at the very start of the file a mark would be taken for the file's own.
   const std::string& firstName = dictionary.at(0).name;
   if (firstName.starts_with(byteOrderMark)) options += fmt::format(", FORCE_QUOTE ({})", quotedName(firstName));
@@ -152,7 +152,7 @@ Outcome<std::unique_ptr<CaseWriter>> createCsvFile(const std::string& path, cons
                    "Save one that has a variable, or none."};
   if (auto problem = problemOfName(path, dictionary)) return *std::move(problem);
   Outcome<std::unique_ptr<DuckDbCopy>> copy =
-      DuckDbCopy::start(path, columnsOf(dictionary), csvOptions(kind, dictionary));
+      DuckDbCopy::start(path, kind.packing, columnsOf(dictionary), csvOptions(kind, dictionary));
   if (!copy) return copy.problem();
   return std::unique_ptr<CaseWriter>(std::make_unique<CsvCaseWriter>(std::move(*copy), path, dictionary));
 }

@@ -2,7 +2,7 @@
 //
 // Numbers are written in their shortest form that reads as the same double, system-missing values as empty fields,
 // dates and times by their print format as ISO 8601, texts without the blanks at their end. These texts are made here;
-// DuckDB writes the file, its quotes and its packing.
+// DuckDB writes the text of the file, with its quotes.
 #pragma once
 
 #include <memory>

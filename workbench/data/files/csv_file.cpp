@@ -33,12 +33,21 @@ class CsvFile final : public DataFile {
   std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const override {
     return openCaseReader(table_, wanted);
   }
+  bool isKnownIncreasing(std::int32_t variable) const override;
   const std::vector<std::string>& warnings() const override { return source_.warnings; }
 
  private:
   std::shared_ptr<const CsvTable> table_;
   TableSource source_;
 };
+
+// Column and variable have the same index. ISO dates are in order when their texts are.
+bool CsvFile::isKnownIncreasing(std::int32_t variable) const {
+  const ColumnEvidence& evidence = source_.evidence.whole->columns[static_cast<std::size_t>(variable)];
+  const Variable& type = table_->dictionary.at(variable);
+  if (!type.isNumeric()) return evidence.textsRise();
+  return evidence.numbersRise() || (evidence.kind() == CellKind::date && evidence.textsRise());
+}
 
 // The other table on its way: it is examined on a thread of its own while this one is.
 using TableInFlight = std::optional<std::future<Outcome<TableSource>>>;
@@ -104,8 +113,10 @@ Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path,
   if (!source) return source.problem();
   if (partner && !*partner) return partner->problem();
 
-  // Readers will need it; better to know now that it is missing.
-  if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
+  // Better to know now that it is missing. It takes its time to load, so who needs it not does not ask.
+  if (isReadByDuckDb(source->evidence.whole->dialect, source->kind.packing)) {
+    if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
+  }
 
   // 2. What nobody declared is inferred over both.
   const ScannedTable own = scannedTable(*source);

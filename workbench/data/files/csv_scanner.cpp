@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "workbench/data/files/record_cutter.h"
+
 namespace workbench::data {
 namespace {
 
@@ -37,34 +39,95 @@ CsvScanner::CsvScanner(ByteSource& source, const TableDialect& dialect, std::str
 
 TableScanner::Step CsvScanner::readHeader(std::vector<std::string>& names) {
   CsvField field;
-  for (Step step = next(field); step == Step::field; step = next(field)) {
+  for (Step step = next(field); step == Step::taken; step = next(field)) {
     names.emplace_back(field.text);
-    if (field.endsRecord) return Step::field;
+    if (field.endsRecord) return Step::taken;
   }
   return stopped();
 }
 
 TableScanner::Step CsvScanner::next(CsvField& field) {
   if (problem_) return Step::problem;
-  if (!atRecordStart_ && takePlainField(field)) return Step::field;
   if (atStart_ && !beginText()) return stopped();
   if (atRecordStart_ && !beginRecord()) return stopped();
   if (!scanField(field) || !checkFieldCount(field)) return Step::problem;
-  return Step::field;
+  return Step::taken;
 }
 
-// The step that is almost every one: an unquoted field of ASCII, its delimiter at hand, and another field to come. When
-// it is anything else, nothing has happened.
-bool CsvScanner::takePlainField(CsvField& field) {
-  const char* const start = buffer_.data() + position_;
-  const char* next = start;
-  unsigned allBytes = 0;
-  for (; !special_[byteOf(*next)]; ++next) allBytes |= byteOf(*next);
-  if (*next != delimiter_ || !isAscii(allBytes) || fieldIndex_ + 1 >= plainColumns_) return false;
-  field = {{start, static_cast<std::size_t>(next - start)}, false, false, line_};
-  position_ += field.text.size() + 1;
-  ++fieldIndex_;
-  return true;
+TableScanner::Step CsvScanner::nextRecords(CellBatch& batch) {
+  if (problem_) return Step::problem;
+  while (canTakeWholeRecords()) {
+    const bool isMarked = markedUpTo_ == end_ && markedDiscarded_ == discarded_;
+    if (!isMarked) markWindow();
+    const Taking taking = takeWholeRecords(batch, end_);
+    if (taking == Taking::some) return Step::taken;
+    anchor_ = position_;
+    recordLine_ = line_;
+    if (taking == Taking::noneAtOddRecord || !refill()) break;
+  }
+  return TableScanner::nextRecords(batch);
+}
+
+// Not before it is known what a record is.
+bool CsvScanner::canTakeWholeRecords() const {
+  return !atStart_ && atRecordStart_ && columns_ != 0 && (lineEnd() == "\n" || lineEnd() == "\r\n");
+}
+
+void CsvScanner::markWindow() {
+  markedFrom_ = position_;
+  markedUpTo_ = end_;
+  markedDiscarded_ = discarded_;
+  markedLine_ = line_;
+  nextMark_ = 0;
+  const char quote = quote_ == noQuote ? delimiter_ : static_cast<char>(quote_);
+  marks_.find(buffer_.data() + markedFrom_, markedUpTo_ - markedFrom_, {delimiter_, quote});
+}
+
+// Takes records of the marked window up to one of its places.
+CsvScanner::Taking CsvScanner::takeWholeRecords(CellBatch& batch, std::size_t upTo) {
+  // 1. The marks that count: from the next record on, up to the place.
+  const char* const text = buffer_.data() + markedFrom_;
+  const std::size_t start = position_ - markedFrom_;
+  const std::uint32_t* const marks = marks_.positions();
+  const std::uint32_t* const behindAll = marks + marks_.count();
+  const std::uint32_t* const behindMarks =
+      upTo == markedUpTo_ ? behindAll : std::lower_bound(marks, behindAll, upTo - markedFrom_);
+  while (marks + nextMark_ != behindMarks && marks[nextMark_] < start) ++nextMark_;
+
+  // 2. The records. What does not come to its end may have filled one more than there are.
+  const std::size_t mostRecords = static_cast<std::size_t>(behindMarks - marks - nextMark_) / columns_;
+  batch.clear();
+  CellPlace* const places = batch.share(text, markedLine_, columns_, mostRecords + 1);
+  RecordCutter cutter{text, marks + nextMark_, behindMarks, delimiter_, quote_, lineEnd() == "\r\n", columns_, places,
+                      start};
+  std::size_t records = 0;
+  for (std::size_t recordStart = start; cutter.cut(); recordStart = cutter.begin) {
+    longestRecord_ = std::max<std::uint64_t>(longestRecord_, cutter.begin - recordStart);
+    ++records;
+  }
+  if (records == 0) return cutter.reachedEnd ? Taking::noneAtWindowEnd : Taking::noneAtOddRecord;
+
+  // 3. All are UTF-8, or those that end before the first byte that is none are taken.
+  if (cutter.begin > marks_.asciiUpTo()) {
+    const std::size_t from = std::max(marks_.asciiUpTo(), start);
+    const std::size_t wrong = findNoUtf8({text + from, cutter.begin - from});
+    if (wrong != std::string_view::npos) {
+      const Taking before = takeWholeRecords(batch, markedFrom_ + from + wrong);
+      return before == Taking::some ? before : Taking::noneAtOddRecord;
+    }
+  }
+  batch.setRecords(records);
+  if (hasNull_) markNulls(places, records * columns_, text);
+  position_ = anchor_ = markedFrom_ + cutter.begin;
+  line_ += cutter.lines;
+  nextMark_ = static_cast<std::size_t>(cutter.mark - marks);
+  return Taking::some;
+}
+
+void CsvScanner::markNulls(CellPlace* places, std::size_t cells, const char* text) const {
+  for (CellPlace* place = places; place != places + cells; ++place) {
+    if (isNull({text + place->begin(), place->length()})) place->makeNull();
+  }
 }
 
 // Steps over blank lines to the next record.
@@ -181,7 +244,6 @@ bool CsvScanner::checkFieldCount(CsvField& field) {
   }
   if (field.endsRecord) {
     columns_ = fieldIndex_;
-    plainColumns_ = hasNull_ ? 0 : columns_;
     longestRecord_ = std::max(longestRecord_, discarded_ + position_ - recordStart_);
     atRecordStart_ = true;
   }

@@ -1,13 +1,12 @@
-// CsvScanner: the fields of a text in a plain dialect, fast.
+// CsvScanner: the records of a text in a plain dialect, fast.
 //
-// Cases are mostly read by DuckDB; but DuckDB accepts in silence what must not be: it drops empty fields beyond the
-// last column, blanks before an opening and behind a closing quote, NUL bytes stay in values, a header is taken that is
-// no UTF-8, an empty file is a table without columns. So before anything else every file is scanned once, which refuses
-// all of that with the line, and hands out the fields from which types are inferred. What this scanner accepts DuckDB
-// reads in just one way; a test holds both against each other.
+// Whole records are taken from the window as they lie: marks tell where its few bytes stand that count, and cells are
+// what lies between. A record that is odd in any way (a doubled quote, a blank line before it, a byte that is no UTF-8,
+// another number of fields) is taken field by field, which knows all rules and what to say when one is broken.
 //
 // Quotes are doubled inside a quoted field. The first line, which has to name the columns where the dialect has a
-// header, has as many fields as all others.
+// header, has as many fields as all others. What this scanner accepts DuckDB reads in just one way; a test holds both
+// against each other.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +15,7 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/data/files/structure_marks.h"
 #include "workbench/data/files/table_scanner.h"
 
 namespace workbench::data {
@@ -31,9 +31,14 @@ class CsvScanner final : public TableScanner {
 
   Step readHeader(std::vector<std::string>& names) override;
   Step next(CsvField& field) override;
+  Step nextRecords(CellBatch& batch) override;
 
  private:
-  bool takePlainField(CsvField& field);
+  enum class Taking { some, noneAtWindowEnd, noneAtOddRecord };
+  bool canTakeWholeRecords() const;
+  void markWindow();
+  Taking takeWholeRecords(CellBatch& batch, std::size_t upTo);
+  void markNulls(CellPlace* places, std::size_t cells, const char* text) const;
   // Those that return a truth value give false at a problem; beginRecord also at the end.
   bool beginRecord();
   bool scanField(CsvField& field);
@@ -48,9 +53,16 @@ class CsvScanner final : public TableScanner {
   bool hasHeader_;
   bool hasNull_;
   std::string null_;
-  std::size_t plainColumns_ = 0;  // those that are taken plainly; none while fields have to be told from nulls
-  bool special_[256] = {};        // bytes that end the plain run of an unquoted field, or need a look
+  bool special_[256] = {};  // bytes that end the plain run of an unquoted field, or need a look
   std::uint64_t recordStart_ = 0;
+
+  // The marks of the window from one of its places on, and what of the window they are for.
+  StructureMarks marks_;
+  std::size_t markedFrom_ = 0;
+  std::size_t markedUpTo_ = 0;
+  std::uint64_t markedDiscarded_ = 0;
+  std::uint64_t markedLine_ = 1;
+  std::size_t nextMark_ = 0;
 };
 
 }  // namespace workbench::data

@@ -17,24 +17,31 @@ DeclaredColumn inOrder(DeclaredColumn column) {
   return column;
 }
 
-void note(std::uint64_t& count, CellSighting& first, std::string_view cell, std::uint64_t line) {
-  if (count++ == 0) first = sightingOf(cell, line);
+template <class LineOf>
+void note(std::uint64_t& count, CellSighting& first, std::string_view cell, LineOf lineOf) {
+  if (count++ == 0) first = sightingOf(cell, lineOf());
 }
 
 }  // namespace
 
 DeclaredCells::DeclaredCells(DeclaredColumn column) : column_(inOrder(std::move(column))), reader_(column_.reading) {}
 
-bool DeclaredCells::add(std::string_view cell, std::uint64_t line, ColumnEvidence& evidence) {
-  if (reader_.holdsNoValue(cell)) {
-    evidence.add("", line);
-    return true;
+std::size_t DeclaredCells::add(const CellBatch& cells, std::size_t column, std::size_t records,
+                               ColumnEvidence& evidence) {
+  const ColumnCells own = cells.column(column);
+  for (std::size_t record = 0; record < records; ++record) {
+    const std::string_view cell = own.text(record);
+    if (own.isNull(record) || reader_.holdsNoValue(cell)) {
+      evidence.addAs("", cells, record, column);
+      continue;
+    }
+    if (!reader_.plainText(cell, plain_)) return record;
+    evidence.addAs(plain_, cells, record, column);
+    const auto line = [&] { return cells.lineOf(record, column); };
+    if (isOutside(cell)) note(findings_.outside, findings_.firstOutside, cell, line);
+    if (reader_.hasOddGroups(cell)) note(findings_.oddGroups, findings_.firstOddGroups, cell, line);
   }
-  if (!reader_.plainText(cell, plain_)) return false;
-  evidence.add(plain_, line);
-  if (isOutside(cell)) note(findings_.outside, findings_.firstOutside, cell, line);
-  if (reader_.hasOddGroups(cell)) note(findings_.oddGroups, findings_.firstOddGroups, cell, line);
-  return true;
+  return records;
 }
 
 bool DeclaredCells::isOutside(std::string_view cell) {

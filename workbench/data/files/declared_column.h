@@ -44,8 +44,9 @@ class DeclaredCells {
  public:
   explicit DeclaredCells(DeclaredColumn column);
 
-  // Adds the cell, which is no null, to the column's evidence. False when it does not read.
-  bool add(std::string_view cell, std::uint64_t line, ColumnEvidence& evidence);
+  // Adds the cells of the column to its evidence, of at most so many records. Gives the first record whose cell does
+  // not read, and ends there; else their number.
+  std::size_t add(const CellBatch& cells, std::size_t column, std::size_t records, ColumnEvidence& evidence);
   std::string whyNot(std::string_view cell) { return reader_.whyNot(cell); }
   CellType type() const { return reader_.reading().type; }
   DeclaredFindings findings() const;

@@ -70,7 +70,7 @@ TableScanner::Step DialectScanner::readHeader(std::vector<std::string>& names) {
   }
   names = joinedNames(rows, dialect_.headerJoin);
   columns_ = names.size();
-  return Step::field;
+  return Step::taken;
 }
 
 bool DialectScanner::readRow(std::vector<std::string>& names) {
@@ -87,7 +87,7 @@ TableScanner::Step DialectScanner::next(CsvField& field) {
   if (problem_) return Step::problem;
   if (atRecordStart_ && !beginRow()) return stopped();
   if (!scanField(field) || !checkFieldCount(field)) return Step::problem;
-  return Step::field;
+  return Step::taken;
 }
 
 // Steps over what is left out to the next row of the header or of the data.

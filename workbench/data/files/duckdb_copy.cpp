@@ -11,25 +11,29 @@
 namespace workbench::data {
 namespace {
 
-// DuckDB writes into the file that is there. Left to itself it would write another one beside it and rename that.
+// DuckDB writes into the file or pipe that is there. Left to itself it would write another one beside it and rename
+// that.
 std::string copyStatement(const std::string& table, const std::string& path, std::string_view options) {
   return fmt::format("COPY (FROM {}) TO {} ({}, USE_TMP_FILE false)", table, sqlText(path), options);
 }
 
 }  // namespace
 
-Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, std::vector<DuckDbColumn> columns,
-                                                       std::string_view options) {
+Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, Packing packing,
+                                                       std::vector<DuckDbColumn> columns, std::string_view options) {
   if (const Outcome<Done> enabled = DuckDbRowQueue::enable(); !enabled) return enabled.problem();
   Outcome<std::unique_ptr<OutputFile>> file = OutputFile::create(path);
   if (!file) return file.problem();
   std::unique_ptr<DuckDbCopy> copy(new DuckDbCopy(std::move(*file), std::move(columns)));
-  const std::string statement = copyStatement(copy->queue_.table(), copy->file_->descriptorPath(), options);
+  if (packing != Packing::none) {
+    Outcome<std::unique_ptr<PackingPipe>> pipe = PackingPipe::open(*copy->file_, packing);
+    if (!pipe) return pipe.problem();
+    copy->pipe_ = std::move(*pipe);
+  }
+  const std::string target = copy->pipe_ ? copy->pipe_->descriptorPath() : copy->file_->descriptorPath();
+  const std::string statement = copyStatement(copy->queue_.table(), target, options);
   try {
-    copy->thread_ = std::thread([writer = copy.get(), statement] {
-      writer->written_ = rowsWritten(statement);
-      writer->queue_.close();
-    });
+    copy->thread_ = std::thread([writer = copy.get(), statement] { writer->runStatement(statement); });
   } catch (const std::system_error& error) {
     return Problem{fmt::format("The file cannot be written ({}).", error.what()), path, ""};
   }
@@ -58,12 +62,20 @@ void DuckDbCopy::complete() {
 
 void DuckDbCopy::commit() { file_->commit(); }
 
+void DuckDbCopy::runStatement(const std::string& statement) {
+  if (pipe_) PackingPipe::keepSignalFromThisThread();
+  written_ = rowsWritten(statement);
+  if (pipe_) pipe_->endText();
+  queue_.close();
+}
+
 // Requires: the statement has ended, or has got all rows.
 void DuckDbCopy::finishStatement() {
   if (thread_.joinable()) thread_.join();
+  if (pipe_) pipe_->finish();  // comes first: when packing fails, the statement knows only that the pipe is broken
   if (!written_) {
     // DuckDB's message has no number to tell by what went wrong. What keeps it from writing keeps us from it as well.
-    file_->checkRoom();
+    if (!pipe_) file_->checkRoom();
     Problem problem = written_.problem();
     problem.where = file_->path();
     throw ErrorText(problem.text());

@@ -1,6 +1,7 @@
 // DuckDbCopy: a file that DuckDB writes with a COPY statement, from rows that are made here one after the other.
 //
 // The statement runs on a thread of its own and takes the rows in their order; a few of them are under way at any time.
+// DuckDB writes the file as it is, or text into a pipe from which it is packed.
 // The file stands in a private place until commit, and when this is destroyed before, the statement ends and nothing
 // stays on disk. Where a call finds that the statement failed it throws ErrorText naming the file; after that only
 // destruction makes sense.
@@ -15,16 +16,19 @@
 #include <vector>
 
 #include "workbench/data/files/duckdb_row_queue.h"
+#include "workbench/data/files/file_kind.h"
 #include "workbench/data/files/output_file.h"
+#include "workbench/data/files/packing_pipe.h"
 #include "workbench/runtime/outcome.h"
 
 namespace workbench::data {
 
 class DuckDbCopy {
  public:
-  // The options say what kind of file it is, as SQL: "FORMAT csv, HEADER true". Requires: there is a column.
-  static Outcome<std::unique_ptr<DuckDbCopy>> start(const std::string& path, std::vector<DuckDbColumn> columns,
-                                                    std::string_view options);
+  // The options say what kind of file it is, as SQL: "FORMAT csv, HEADER true". Requires: there is a column; the
+  // options name no packing.
+  static Outcome<std::unique_ptr<DuckDbCopy>> start(const std::string& path, Packing packing,
+                                                    std::vector<DuckDbColumn> columns, std::string_view options);
   ~DuckDbCopy();
   DuckDbCopy(const DuckDbCopy&) = delete;
   DuckDbCopy& operator=(const DuckDbCopy&) = delete;
@@ -39,9 +43,11 @@ class DuckDbCopy {
 
  private:
   DuckDbCopy(std::unique_ptr<OutputFile> file, std::vector<DuckDbColumn> columns);
+  void runStatement(const std::string& statement);
   void finishStatement();
 
   std::unique_ptr<OutputFile> file_;
+  std::unique_ptr<PackingPipe> pipe_;  // of a packed file
   DuckDbRowQueue queue_;
   std::unique_ptr<DuckDbRows> rows_;  // those that are being made
   std::uint64_t rowsMade_ = 0;

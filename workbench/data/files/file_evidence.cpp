@@ -6,28 +6,19 @@
 #include <utility>
 
 #include "workbench/data/files/byte_source.h"
-#include "workbench/data/files/csv_scanner.h"
-#include "workbench/data/files/dialect_scanner.h"
 #include "workbench/data/files/encoded_source.h"
 #include "workbench/data/files/evidence_memory.h"
+#include "workbench/data/files/table_scanner.h"
 
 namespace workbench::data {
 namespace {
 
 using Step = TableScanner::Step;
 
-// A field of the first row, kept until it is known what its column is read by.
-struct KeptField {
-  std::string text;
-  bool isNull;
-  std::uint64_t line;
-};
-
-// One scan over a text. The scanner's own type is known here, so that its steps are no virtual calls.
-template <class Scanner>
+// One scan over a text.
 class Scan {
  public:
-  Scan(Scanner& scanner, const TableDialect& dialect, const std::string& path)
+  Scan(TableScanner& scanner, const TableDialect& dialect, const std::string& path)
       : scanner_(scanner), path_(path), hasHeader_(!dialect.headerRows.empty()) {
     evidence_->dialect = dialect;
   }
@@ -35,12 +26,10 @@ class Scan {
   Outcome<std::shared_ptr<FileEvidence>> run(const DeclareColumns& declare) {
     if (const std::optional<Problem> problem = readNames()) return *problem;
     if (const std::optional<Problem> problem = startColumns(declare)) return *problem;
-    for (const KeptField& field : firstRow_) {
-      if (!take({field.text, false, field.isNull, field.line})) return refusedCell(field.text, field.line);
+    Step step = hasHeader_ ? scanner_.nextRecords(records_) : Step::taken;
+    for (; step == Step::taken; step = scanner_.nextRecords(records_)) {
+      if (const std::optional<Problem> problem = takeRecords()) return *problem;
     }
-    CsvField field;
-    Step step = isDeclared_ ? takeDeclared(field) : takeUndeclared(field);
-    if (step == Step::field) return refusedCell(field.text, field.line);
     if (step == Step::problem) return scanner_.problem();
     finish();
     return std::move(evidence_);
@@ -49,24 +38,18 @@ class Scan {
  private:
   // Those that give a problem give none when all is well.
   std::optional<Problem> readNames() {
-    const Step step = hasHeader_ ? scanner_.readHeader(evidence_->header) : keepFirstRow();
+    const Step step = hasHeader_ ? scanner_.readHeader(evidence_->header) : scanner_.nextRecords(records_);
     if (step == Step::problem) return scanner_.problem();
-    if (step == Step::field) return std::nullopt;
-    const std::string_view purpose = hasHeader_ ? "name the columns" : "tell the number of columns";
-    return Problem{fmt::format("The file is empty, and its first line has to {}.", purpose), path_,
-                   "Name another file."};
-  }
-
-  // Without a header its length tells the number of columns.
-  Step keepFirstRow() {
-    CsvField field;
-    Step step = scanner_.next(field);
-    for (; step == Step::field; step = scanner_.next(field)) {
-      firstRow_.push_back({std::string(field.text), field.isNull, field.line});
-      evidence_->header.push_back(fmt::format("field{}", firstRow_.size()));
-      if (field.endsRecord) break;
+    if (step == Step::end) {
+      const std::string_view purpose = hasHeader_ ? "name the columns" : "tell the number of columns";
+      return Problem{fmt::format("The file is empty, and its first line has to {}.", purpose), path_,
+                     "Name another file."};
     }
-    return step;
+    // Without a header the first records tell the number of columns.
+    for (std::size_t column = 1; !hasHeader_ && column <= records_.columns(); ++column) {
+      evidence_->header.push_back(fmt::format("field{}", column));
+    }
+    return std::nullopt;
   }
 
   std::optional<Problem> startColumns(const DeclareColumns& declare) {
@@ -81,66 +64,40 @@ class Scan {
     declared_.resize(columns);
     for (std::size_t column = 0; column < columns; ++column) {
       if (!evidence_->declared[column]) continue;
-      isDeclared_ = true;
       declared_[column] = std::make_unique<DeclaredCells>(*evidence_->declared[column]);
     }
     return std::nullopt;
   }
 
-  // Up to the end, or to a field that does not read as its column's type.
-  Step takeDeclared(CsvField& field) {
-    Step step = scanner_.next(field);
-    while (step == Step::field && take(field)) step = scanner_.next(field);
-    return step;
+  // The problem of the first cell that does not read as its column's type.
+  std::optional<Problem> takeRecords() {
+    std::size_t refusedRecord = records_.records();
+    std::size_t refusedColumn = 0;
+    for (std::size_t column = 0; column < records_.columns(); ++column) {
+      ColumnEvidence& evidence = evidence_->columns[column];
+      if (declared_[column] == nullptr) {
+        evidence.add(records_, column);
+        continue;
+      }
+      const std::size_t refused = declared_[column]->add(records_, column, refusedRecord, evidence);
+      if (refused == refusedRecord) continue;
+      refusedRecord = refused;
+      refusedColumn = column;
+    }
+    evidence_->textBytes += records_.bytes();
+    evidence_->cases += records_.records();
+    if (refusedRecord == records_.records()) return std::nullopt;
+    return refusedCell(refusedRecord, refusedColumn);
   }
 
-  // The same where nothing is declared, which is most often so; every cell counts, and all that does is at hand.
-  Step takeUndeclared(CsvField& field) {
-    ColumnEvidence* const columns = evidence_->columns.data();
-    std::size_t column = 0;
-    std::uint64_t bytes = 0;
-    std::uint64_t cases = 0;
-    Step step = scanner_.next(field);
-    for (; step == Step::field; step = scanner_.next(field)) {
-      columns[column].add(field.isNull ? std::string_view() : field.text, field.line);
-      bytes += field.text.size();
-      ++column;
-      if (!field.endsRecord) continue;
-      column = 0;
-      ++cases;
-    }
-    textBytes_ += bytes;
-    cases_ += cases;
-    return step;
-  }
-
-  // False when the cell does not read as its column's type.
-  bool take(const CsvField& field) {
-    ColumnEvidence& evidence = evidence_->columns[column_];
-    if (field.isNull) {
-      evidence.add("", field.line);
-    } else if (declared_[column_] == nullptr) {
-      evidence.add(field.text, field.line);
-    } else if (!declared_[column_]->add(field.text, field.line, evidence)) {
-      return false;
-    }
-    textBytes_ += field.text.size();
-    if (++column_ == evidence_->columns.size()) {
-      column_ = 0;
-      ++cases_;
-    }
-    return true;
-  }
-
-  Problem refusedCell(std::string_view cell, std::uint64_t line) {
-    DeclaredCells& declared = *declared_[column_];
-    return cellProblem(fmt::format("{}, line {}", path_, line), evidence_->header[column_], declared.type(), cell,
-                       declared.whyNot(cell));
+  Problem refusedCell(std::size_t record, std::size_t column) {
+    DeclaredCells& declared = *declared_[column];
+    const std::string_view cell = records_.text(record, column);
+    return cellProblem(fmt::format("{}, line {}", path_, records_.lineOf(record, column)), evidence_->header[column],
+                       declared.type(), cell, declared.whyNot(cell));
   }
 
   void finish() {
-    evidence_->cases = cases_;
-    evidence_->textBytes = textBytes_;
     evidence_->lineEnd = scanner_.lineEnd();
     evidence_->longestRecord = scanner_.longestRecord();
     evidence_->skippedLines = scanner_.skippedLines();
@@ -150,16 +107,12 @@ class Scan {
     }
   }
 
-  Scanner& scanner_;
+  TableScanner& scanner_;
   const std::string& path_;
   bool hasHeader_;
   std::shared_ptr<FileEvidence> evidence_ = std::make_shared<FileEvidence>();
   std::vector<std::unique_ptr<DeclaredCells>> declared_;  // null: nothing is declared
-  bool isDeclared_ = false;                               // any is
-  std::vector<KeptField> firstRow_;
-  std::size_t column_ = 0;
-  std::uint64_t cases_ = 0;
-  std::uint64_t textBytes_ = 0;
+  CellBatch records_;
 };
 
 Outcome<std::shared_ptr<FileEvidence>> scan(const InputFile& file, const std::string& path, Packing packing,
@@ -170,12 +123,8 @@ Outcome<std::shared_ptr<FileEvidence>> scan(const InputFile& file, const std::st
     problem.where = path;
     return problem;
   }
-  if (isPlain(dialect)) {
-    CsvScanner scanner(**source, dialect, path);
-    return Scan<CsvScanner>(scanner, dialect, path).run(declare);
-  }
-  DialectScanner scanner(**source, dialect, path);
-  return Scan<DialectScanner>(scanner, dialect, path).run(declare);
+  const std::unique_ptr<TableScanner> scanner = openScanner(**source, dialect, path);
+  return Scan(*scanner, dialect, path).run(declare);
 }
 
 // File systems keep times in ticks: a file that was modified this shortly before may change again and keep its time.

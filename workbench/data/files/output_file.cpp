@@ -79,14 +79,18 @@ OutputFile::~OutputFile() {
 
 std::string OutputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
 
+void OutputFile::write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) fail(errno);
+    if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
 void OutputFile::checkRoom() {
   constexpr std::array<char, std::size_t{1} << 16> bytes{};
   ::lseek(descriptor_, 0, SEEK_END);
-  for (std::size_t done = 0; done < bytes.size();) {
-    const ssize_t written = ::write(descriptor_, bytes.data() + done, bytes.size() - done);
-    if (written < 0 && errno != EINTR) fail(errno);
-    if (written > 0) done += static_cast<std::size_t>(written);
-  }
+  write({bytes.data(), bytes.size()});
 }
 
 void OutputFile::complete() {

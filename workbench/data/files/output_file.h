@@ -1,12 +1,13 @@
 // OutputFile: a new file on its way to its place.
 //
 // It stands beside its place under a name of its own until commit, and gets the permissions of the file that it
-// replaces. Its content is written by whoever opens descriptorPath(). Invariant: nothing of this object is left on disk
-// after its destruction unless it was committed.
+// replaces. Its content is written through write(), or by whoever opens descriptorPath(). Invariant: nothing of this
+// object is left on disk after its destruction unless it was committed.
 #pragma once
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "workbench/runtime/outcome.h"
 
@@ -23,7 +24,8 @@ class OutputFile {
   // A name under which the file can be opened for writing. Valid until complete().
   std::string descriptorPath() const;
 
-  // All three throw ErrorText.
+  // All of these throw ErrorText.
+  void write(std::string_view bytes);
   // Does so when nothing more can be written, and finds out by writing: for files that are to be abandoned.
   void checkRoom();
   void complete();  // the content is on the disk; nothing can be written afterwards

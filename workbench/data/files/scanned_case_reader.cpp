@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "host/messages.h"
@@ -12,13 +13,6 @@ namespace workbench::data {
 namespace {
 
 using Step = TableScanner::Step;
-
-// A field as the only cell of a column.
-struct OneCell {
-  const CsvField& field;
-  std::string_view text(std::size_t) const { return field.text; }
-  bool isNull(std::size_t) const { return field.isNull; }
-};
 
 }  // namespace
 
@@ -37,44 +31,56 @@ void ScannedCaseReader::openPart() {
   open_->source = std::move(*source);
   open_->scanner = openScanner(*open_->source, dialect, part().path);
   std::vector<std::string> names;
-  if (!dialect.headerRows.empty() && open_->scanner->readHeader(names) != Step::field) endPart();
+  if (!dialect.headerRows.empty() && open_->scanner->readHeader(names) != Step::taken) endPart();
 }
 
 void ScannedCaseReader::fill(CaseBlock& block) {
   std::size_t filled = 0;
   while (filled < block.capacity() && open_ != nullptr) {
-    if (!readCase(block.at(filled), block.caseSlots())) continue;
-    decoder_.fillUnfed(block.at(filled), 1, block.caseSlots());
-    ++filled;
-    ++casesOfPart_;
+    if (record_ == records_.records() && !nextRecords()) continue;
+    const std::size_t count = std::min(block.capacity() - filled, records_.records() - record_);
+    decode(block.at(filled), block.caseSlots(), count);
+    record_ += count;
+    filled += count;
+    casesOfPart_ += count;
   }
   if (open_ != nullptr) checkUnchanged();
   block.setCases(filled);
 }
 
 // False when the part has ended; the next one is then open, if there is one.
-bool ScannedCaseReader::readCase(OBS* values, std::size_t caseSlots) {
-  CsvField field;
-  std::size_t column = 0;
-  do {
-    if (open_->scanner->next(field) != Step::field) {
-      endPart();
-      return false;
-    }
-    if (!decoder_.decode(column, OneCell{field}, 1, values, caseSlots)) continue;
+bool ScannedCaseReader::nextRecords() {
+  record_ = 0;
+  const bool isTaken = open_->scanner->nextRecords(records_) == Step::taken;
+  if (isTaken && records_.columns() == table_->columns.size()) {
+    bytesOfPart_ += records_.bytes();
+    return true;
+  }
+  records_.clear();
+  endPart();
+  return false;
+}
+
+void ScannedCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t count) {
+  for (std::size_t column = 0; column < records_.columns(); ++column) {
+    const ColumnCells cells = records_.column(column, record_);
+    const std::optional<std::size_t> refused = decoder_.decode(column, cells, count, cases, caseSlots);
+    if (!refused) continue;
     checkUnchanged();
-    throw ErrorText(decoder_.refusal(column, field.text, fmt::format("{}, line {}", part().path, field.line)).text());
-  } while (++column != table_->columns.size());
-  return true;
+    const std::uint64_t line = records_.lineOf(record_ + *refused, column);
+    throw ErrorText(
+        decoder_.refusal(column, cells.text(*refused), fmt::format("{}, line {}", part().path, line)).text());
+  }
+  decoder_.fillUnfed(cases, count, caseSlots);
 }
 
 // At the end of a part, or where it is not sound any more.
 void ScannedCaseReader::endPart() {
   checkUnchanged();
-  checkWhole(part(), casesOfPart_, decoder_.bytesRead() - bytesBeforePart_);
+  checkWhole(part(), casesOfPart_, bytesOfPart_);
   open_.reset();
   casesOfPart_ = 0;
-  bytesBeforePart_ = decoder_.bytesRead();
+  bytesOfPart_ = 0;
   if (++partIndex_ != table_->parts.size()) openPart();
 }
 

@@ -1,4 +1,4 @@
-// ScannedCaseReader: the cases of a table by our own scanner, for every dialect and encoding.
+// ScannedCaseReader: the cases of a table by our own scanners, for every dialect and encoding.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,8 @@ class ScannedCaseReader final : public CaseReader {
 
   const CsvPart& part() const { return table_->parts[partIndex_]; }
   void openPart();
-  bool readCase(OBS* values, std::size_t caseSlots);
+  bool nextRecords();
+  void decode(OBS* cases, std::size_t caseSlots, std::size_t count);
   void endPart();
   void checkUnchanged() const;
 
@@ -41,8 +42,10 @@ class ScannedCaseReader final : public CaseReader {
   CellDecoder decoder_;
   std::size_t partIndex_ = 0;
   std::unique_ptr<OpenPart> open_;  // null: all parts have been read
+  CellBatch records_;
+  std::size_t record_ = 0;  // the next one to be decoded
   std::uint64_t casesOfPart_ = 0;
-  std::uint64_t bytesBeforePart_ = 0;
+  std::uint64_t bytesOfPart_ = 0;
 };
 
 }  // namespace workbench::data

@@ -3,16 +3,19 @@
 #include <fmt/format.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "workbench/data/files/csv_scanner.h"
 #include "workbench/data/files/dialect_scanner.h"
+#include "workbench/data/files/structure_marks.h"
 
 namespace workbench::data {
 namespace {
 
-constexpr std::size_t bufferBytes = std::size_t{1} << 18;
+constexpr std::size_t bufferBytes = std::size_t{1} << 17;
+constexpr std::size_t behindText = std::max(readBehindMarks, readableBehind);
 constexpr const char* saveAsUtf8 = "Save the file as UTF-8.";
 
 std::string_view nameOfLineEnd(std::string_view lineEnd) {
@@ -20,32 +23,10 @@ std::string_view nameOfLineEnd(std::string_view lineEnd) {
   return lineEnd == "\r" ? "CR" : "CR LF";
 }
 
-// Where the first byte stands that is no UTF-8; npos when all are.
-std::size_t findNoUtf8(std::string_view text) {
-  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  for (std::size_t next = 0; next < text.size();) {
-    const std::size_t start = next;
-    UChar32 character = 0;
-    U8_NEXT(bytes, next, text.size(), character);
-    if (character < 0) return start;
-  }
-  return std::string_view::npos;
-}
-
-// Line breaks of any kind.
-std::uint64_t countLines(std::string_view text) {
-  std::uint64_t lines = 0;
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    const bool closesPair = text[index] == '\n' && index > 0 && text[index - 1] == '\r';
-    if ((text[index] == '\n' || text[index] == '\r') && !closesPair) ++lines;
-  }
-  return lines;
-}
-
 }  // namespace
 
 TableScanner::TableScanner(ByteSource& source, std::string path)
-    : buffer_(bufferBytes), source_(source), path_(std::move(path)) {}
+    : buffer_(bufferBytes + behindText), source_(source), path_(std::move(path)) {}
 
 bool TableScanner::beginText() {
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
@@ -65,8 +46,11 @@ bool TableScanner::refill() {
   discarded_ += anchor_;
   position_ -= anchor_;
   end_ -= std::exchange(anchor_, 0);
-  if (end_ + 1 >= buffer_.size()) buffer_.resize(buffer_.size() * 2);
-  const Outcome<std::size_t> bytes = source_.read(buffer_.data() + end_, buffer_.size() - 1 - end_);
+  if (end_ + behindText == buffer_.size()) {
+    if (end_ >= CellBatch::mostBytes) return failAtLength(recordLine_);
+    buffer_.resize(end_ * 2 + behindText);
+  }
+  const Outcome<std::size_t> bytes = source_.read(buffer_.data() + end_, buffer_.size() - behindText - end_);
   if (!bytes) {
     problem_ = bytes.problem();
     problem_->where = path_;
@@ -139,6 +123,55 @@ bool TableScanner::failAtFieldCount(std::uint64_t line, std::size_t fields, std:
               fmt::format("The number of fields in this line is {}; {} are expected, as {} has them.", fields, expected,
                           expectedBy),
               "Put a field that holds a delimiter into quotes, and write an empty one where a value is missing.");
+}
+
+bool TableScanner::failAtLength(std::uint64_t line) {
+  return fail(line, fmt::format("The record that begins here is longer than {} MiB.", CellBatch::mostBytes >> 20),
+              "Is a quote missing that closes a field? If not, part the record.");
+}
+
+// Field by field, and not many: who can be faster may be so again after a few odd records.
+TableScanner::Step TableScanner::nextRecords(CellBatch& batch) {
+  constexpr std::size_t mostRecords = 64;
+  constexpr std::size_t enoughBytes = std::size_t{1} << 20;
+  batch.clear();
+  CsvField field;
+  Step step = problem_ ? Step::problem : Step::taken;
+  std::size_t bytesBefore = 0;
+  while (step == Step::taken && batch.records() < mostRecords && bytesBefore < enoughBytes) {
+    step = next(field);
+    if (step != Step::taken) break;
+    if (batch.ownBytes() - bytesBefore + field.text.size() > CellBatch::mostBytes) {
+      failAtLength(recordLine_);
+      step = Step::problem;
+      break;
+    }
+    batch.add(field.text, field.isNull, field.line);
+    if (!field.endsRecord) continue;
+    batch.endRecord();
+    bytesBefore = batch.ownBytes();
+  }
+  batch.finish(columns_);
+  return batch.records() != 0 ? Step::taken : step;
+}
+
+std::size_t findNoUtf8(std::string_view text) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  for (std::size_t next = 0; next < text.size();) {
+    std::uint64_t eight = 0;
+    if (text.size() - next >= sizeof eight) {
+      std::memcpy(&eight, bytes + next, sizeof eight);
+      if ((eight & 0x8080808080808080) == 0) {
+        next += sizeof eight;
+        continue;
+      }
+    }
+    const std::size_t start = next;
+    UChar32 character = 0;
+    U8_NEXT(bytes, next, text.size(), character);
+    if (character < 0) return start;
+  }
+  return std::string_view::npos;
 }
 
 std::unique_ptr<TableScanner> openScanner(ByteSource& source, const TableDialect& dialect, std::string path) {

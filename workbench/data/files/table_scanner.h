@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "workbench/data/files/byte_source.h"
+#include "workbench/data/files/cell_batch.h"
 #include "workbench/data/files/table_dialect.h"
 #include "workbench/runtime/outcome.h"
 
@@ -31,7 +32,7 @@ struct CsvField {
 
 class TableScanner {
  public:
-  enum class Step { field, end, problem };
+  enum class Step { taken, end, problem };
 
   virtual ~TableScanner() = default;
   TableScanner(const TableScanner&) = delete;
@@ -42,6 +43,9 @@ class TableScanner {
   virtual Step readHeader(std::vector<std::string>& names) = 0;
   // The next field of the data. Requires: the header was read, where there is one.
   virtual Step next(CsvField& field) = 0;
+  // The next records of the data, one at least; they stay as they are until the next step. Records before a problem
+  // are given before it. Requires: the same, and that no record has been left half way.
+  virtual Step nextRecords(CellBatch& batch);
   // Requires: the last step was a problem.
   const Problem& problem() const { return *problem_; }
 
@@ -67,9 +71,10 @@ class TableScanner {
   bool failBehindQuote(std::uint64_t fieldLine);
   bool failAtBlankBeforeQuote();
   bool failAtFieldCount(std::uint64_t line, std::size_t fields, std::size_t expected, std::string_view expectedBy);
+  bool failAtLength(std::uint64_t line);
   Step stopped() const { return problem_ ? Step::problem : Step::end; }
 
-  std::vector<char> buffer_;     // what was read, a NUL behind it
+  std::vector<char> buffer_;     // what was read, a NUL behind it, and room for looking beyond it
   std::size_t anchor_ = 0;       // where the current field's text begins; what stands before may be discarded
   std::size_t position_ = 0;     // of the next byte
   std::size_t end_ = 0;          // behind the last byte
@@ -93,6 +98,9 @@ class TableScanner {
   std::uint64_t skippedLines_ = 0;
   std::uint64_t firstSkipped_ = 0;
 };
+
+// Where the first byte stands that is no UTF-8; npos when all are.
+std::size_t findNoUtf8(std::string_view text);
 
 // The scanner that is right for the dialect. Requires: the dialect has a delimiter and does not contradict itself; the
 // source, whose bytes are UTF-8, outlives the scanner.

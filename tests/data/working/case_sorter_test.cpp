@@ -60,8 +60,8 @@ std::vector<double> sortedOriginals(const std::vector<Row>& rows, const std::vec
   return originalsOf(sorter.finish());
 }
 
-SortKey textKey(std::size_t cut = textBytes) { return {0, false, cut}; }
-SortKey numberKey() { return {numberSlot, true, 0}; }
+SortKey textKey(std::size_t cut = textBytes) { return {0, false, cut, !currentRun().settings.collation.empty()}; }
+SortKey numberKey() { return {numberSlot, true, 0, false}; }
 
 int compareBy(const SortKey& key, const Row& left, const Row& right) {
   if (!key.isNumeric) {
@@ -235,6 +235,22 @@ TEST(CaseSorter, KeepsTheOrderOfACollationThatIsNoLongerInForceWhenTheCasesAreRe
   for (const Row& row : rows) addTo(sorter, row);
   const auto kept = sorter.finish();
   currentRun().settings.collation.clear();
+  EXPECT_EQ(originalsOf(kept), expected);
+}
+
+TEST(CaseSorter, KeepsTheOrderOfBytesWhenACollationIsSetBeforeTheCasesAreRead) {
+  const testing::RunScope run;
+  const SpillFolder folder;
+  const MemoryLimitScope scope(2 << 10);
+  std::vector<Row> rows;
+  for (int copy = 0; copy < 100; ++copy) {
+    for (const char* text : {"personal a", "personal B"}) rows.push_back({text, 0, static_cast<double>(rows.size())});
+  }
+  const std::vector<double> expected = stablySortedOriginals(rows, {textKey()});
+  CaseSorter sorter(caseSlots, {textKey()});
+  for (const Row& row : rows) addTo(sorter, row);
+  const auto kept = sorter.finish();
+  currentRun().settings.collation = "de";
   EXPECT_EQ(originalsOf(kept), expected);
 }
 

@@ -17,7 +17,7 @@ namespace workbench::data {
 
 class CaseSorter {
  public:
-  // Requires: a key at least. The collation does not change before finish().
+  // Requires: a key at least. The collation in force, if one orders a key, does not change before finish().
   CaseSorter(std::size_t caseSlots, std::vector<SortKey> keys);
 
   // Copies `count` cases that lie `stride` slots apart. Throws ErrorText when they have to be spilled and cannot be.

@@ -22,8 +22,8 @@ class KeptCases {
  public:
   // Runs that follow one another. Requires: all have cases of that many slots.
   KeptCases(std::size_t caseSlots, std::vector<CaseRun> runs);
-  // Runs that are each in the order of the keys, which the collation in force has no part in. Of cases with equal keys
-  // those of an earlier run come first.
+  // Runs that are each in the order of the keys. Of cases with equal keys those of an earlier run come first. Requires:
+  // no collation orders a key, for it may be another one when the cases are read.
   KeptCases(std::size_t caseSlots, std::vector<CaseRun> runs, std::vector<SortKey> keys);
 
   std::size_t caseSlots() const { return caseSlots_; }

@@ -17,7 +17,7 @@ namespace workbench::data {
 
 class RunMerge {
  public:
-  // The runs outlive the merge, and the collation in force does not change. Throws ErrorText.
+  // The runs outlive the merge, and the collation does not change if one orders a key. Throws ErrorText.
   RunMerge(std::span<const CaseRun> runs, std::vector<SortKey> keys);
 
   // The next case, valid until the next call; null when there is none any more. Throws ErrorText.

@@ -11,6 +11,7 @@
 #include "workbench/data/working/dataset_roles.h"
 #include "workbench/data/working/refusal.h"
 #include "workbench/data/working/sort_order.h"
+#include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 
 namespace workbench::data {
@@ -34,6 +35,7 @@ Outcome<SortBy> sortByOf(const Dataset& dataset, const SortRequest& request) {
     key.bytes = static_cast<std::size_t>(width);
     const std::size_t cut = index < request.cutWidths.size() ? request.cutWidths[index] : 0;
     if (cut != 0) key.bytes = std::min(key.bytes, cut);
+    key.isCollated = !key.isNumeric && !currentRun().settings.collation.empty();
     by.variables.push_back(*variable);
     by.keys.push_back(key);
   }
@@ -48,7 +50,7 @@ bool isKnownInOrder(const Dataset& dataset, const SortBy& by) {
   const std::int32_t variable = by.variables.front();
   const bool isAsKnown =
       key.isNumeric ||
-      (!isCollated({key}) && key.bytes == static_cast<std::size_t>(dataset.dictionary().at(variable).width));
+      (!key.isCollated && key.bytes == static_cast<std::size_t>(dataset.dictionary().at(variable).width));
   return isAsKnown && dataset.caseCount().has_value() && dataset.isKnownIncreasing(variable);
 }
 

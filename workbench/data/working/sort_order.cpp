@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "host/runtime.h"
-#include "workbench/runtime/current_run.h"
 #include "workbench/text/string_comparison.h"
 
 namespace workbench::data {
@@ -34,8 +33,7 @@ void appendEnded(std::string_view text, std::string& key) {
 }  // namespace
 
 bool isCollated(const std::vector<SortKey>& keys) {
-  const bool hasText = std::any_of(keys.begin(), keys.end(), [](const SortKey& key) { return !key.isNumeric; });
-  return hasText && !currentRun().settings.collation.empty();
+  return std::any_of(keys.begin(), keys.end(), [](const SortKey& key) { return key.isCollated; });
 }
 
 std::uint64_t orderedBits(double number) {
@@ -56,7 +54,7 @@ int compareCases(const std::vector<SortKey>& keys, const OBS* first, const OBS* 
     } else {
       const std::string_view left = keyText(key, first);
       const std::string_view right = keyText(key, second);
-      order = currentRun().settings.collation.empty() ? left.compare(right) : VRIXMBstrcoll_A(left, right);
+      order = key.isCollated ? VRIXMBstrcoll_A(left, right) : left.compare(right);
     }
     if (order != 0) return order;
   }
@@ -82,7 +80,8 @@ std::string collatedKey(const std::vector<SortKey>& keys, const OBS* oneCase) {
     if (one.isNumeric) {
       appendNumber(orderedBits(oneCase[one.slot].number), key);
     } else {
-      appendEnded(text::collationKey(keyText(one, oneCase)), key);
+      const std::string_view text = keyText(one, oneCase);
+      appendEnded(one.isCollated ? text::collationKey(text) : std::string(text), key);
     }
   }
   return key;

@@ -2,6 +2,9 @@
 //
 // Lexicographic over the keys, each ascending: numbers by value, -0.0 before 0.0, the system-missing value lowest;
 // strings cut to a number of bytes, blanks at their end left out, in the order of VRIXMBstrcoll_A.
+//
+// What was sorted by the order of the bytes stays so whatever collation is set later, so a key says for itself whether
+// a collation orders it; which one, is the setting's.
 #pragma once
 
 #include <cstddef>
@@ -17,10 +20,11 @@ namespace workbench::data {
 struct SortKey {
   std::uint32_t slot = 0;  // the variable's first slot in a case
   bool isNumeric = true;
-  std::size_t bytes = 0;  // of a string: how many are looked at
+  std::size_t bytes = 0;    // of a string: how many are looked at
+  bool isCollated = false;  // of a string; else the order is that of the bytes
 };
 
-// Whether the collation in force has a part in their order.
+// Whether a collation orders any of them.
 bool isCollated(const std::vector<SortKey>& keys);
 
 // The number's place among all numbers, as an unsigned number of the same order.
@@ -33,11 +37,11 @@ std::string_view keyText(const SortKey& key, const OBS* oneCase);
 int compareCases(const std::vector<SortKey>& keys, const OBS* first, const OBS* second);
 
 // A number of the same order: of two cases or texts the one with the lower number lies before the other; an equal
-// number leaves it open (of numeric keys, does not). Of a string key as if no collation were in force.
+// number leaves it open (of numeric keys, does not). Requires: no collation orders the key.
 std::uint64_t prefixOf(const SortKey& key, const OBS* oneCase);
 std::uint64_t prefixOf(std::string_view text);
 
-// All keys of a case under the collation in force, as bytes: the order of these is the order of the cases. May be
+// All keys of a case as bytes: the order of these is the order of the cases. May be
 // called on any thread as long as the settings do not change.
 std::string collatedKey(const std::vector<SortKey>& keys, const OBS* oneCase);
 

@@ -29,9 +29,11 @@ CaseIdKey makeKey(const VRIX_Variable& active, std::int32_t activeIndex, const V
   for (CaseIdKey::Side& side : key.side) {
     side.prevNumber = key.lowNumber;
     side.curNumber = key.lowNumber;
-    // The walk swaps and refills these two and allocates nothing.
-    side.prevText.reserve(static_cast<std::size_t>(key.width));
-    side.curText.reserve(static_cast<std::size_t>(key.width));
+    // The walk swaps and refills these two and allocates nothing. More than a string has room for in itself makes the
+    // swap an exchange of pointers.
+    const std::size_t room = std::max(static_cast<std::size_t>(key.width), sizeof(std::string));
+    side.prevText.reserve(room);
+    side.curText.reserve(room);
   }
   return key;
 }

@@ -1,8 +1,7 @@
 #include "engine/value_equality.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstdint>
+#include <cfloat>
 #include <cstring>
 #include <string_view>
 
@@ -12,7 +11,7 @@ namespace compdatas {
 
 namespace {
 
-constexpr std::uint64_t systemMissingBits = 0xFFEFFFFFFFFFFFFF;
+constexpr double systemMissing = -DBL_MAX;
 
 }  // namespace
 
@@ -28,11 +27,8 @@ bool textsEqual(const char* left, std::size_t leftWidth, const char* right, std:
   return beyond.find_first_not_of(' ') == std::string_view::npos;
 }
 
-bool numbersEqual(double left, double right, bool fuzzy) {
-  const auto leftBits = std::bit_cast<std::uint64_t>(left);
-  const auto rightBits = std::bit_cast<std::uint64_t>(right);
-  if (leftBits == rightBits) return true;
-  return fuzzy && leftBits != systemMissingBits && rightBits != systemMissingBits && QLRALMOSTEQUAL(left, right);
+bool numbersNear(double left, double right) {
+  return !sameBits(left, systemMissing) && !sameBits(right, systemMissing) && QLRALMOSTEQUAL(left, right);
 }
 
 }  // namespace compdatas

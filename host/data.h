@@ -232,7 +232,8 @@ class HOST_API VRIX_InputCaseIterator {
   }
 
   // Where the given variable's value lies in the current case: a number, or a string's first slot. Valid until the next
-  // step. Requires: a case is current, and the variable existed when the iterator was made.
+  // step. How far the values of two variables lie apart is the same in all cases of an iterator. Requires: a case is
+  // current, and the variable existed when the iterator was made.
   OBS* GetObsPointer(std::int32_t variable) const { return case_ + slotOfVariable_[variable]; }
 
   // The ordinal of the current case among those delivered, from 0; -1 before the first.
@@ -248,7 +249,7 @@ class HOST_API VRIX_InputCaseIterator {
   OBS* next_ = nullptr;                            // the case after it, when it lies in the same block
   OBS* end_ = nullptr;                             // behind the block's last case
   std::size_t caseSlots_ = 0;                      // slots of one case, spare ones included
-  const std::uint32_t* slotOfVariable_ = nullptr;  // first slot of every variable
+  const std::uint32_t* slotOfVariable_ = nullptr;  // first slot of every variable; set once, and never changed
   std::int64_t position_ = -1;
 };
 

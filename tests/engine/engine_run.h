@@ -34,6 +34,8 @@ class EngineRun {
   EngineRun& pairBy(const std::vector<std::string>& names);
   ProcedureDataSource& activeSource() { return *activeSource_; }
   VRIX_DataSource& compareSource() { return *compareSource_; }
+  // The open datasets, "a" and "b".
+  datasets::DatasetManager& manager() { return manager_; }
 
   compdatas::DatasetComparer& comparer();
   // Every stage up to the walk; whether all went well.

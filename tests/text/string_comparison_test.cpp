@@ -45,6 +45,18 @@ TEST(CaselessComparison, LeavesOutCaseOfEveryScript) {
   EXPECT_LT(VRIXMBstricmp_A("abc", "ABD"), 0);
 }
 
+TEST(TrailingBlanks, AreLeftOutHoweverManyThereAre) {
+  for (std::size_t blanks = 0; blanks < 40; ++blanks) {
+    const std::string padding(blanks, ' ');
+    EXPECT_EQ(withoutTrailingBlanks(padding), "") << blanks;
+    EXPECT_EQ(withoutTrailingBlanks("x" + padding), "x") << blanks;
+    EXPECT_EQ(withoutTrailingBlanks(padding + "long text" + padding), padding + "long text") << blanks;
+    EXPECT_EQ(VRIXMBstrcoll_A("a" + padding, "a"), 0) << blanks;
+    EXPECT_LT(VRIXMBstrcoll_A("a" + padding, "a!"), 0) << blanks;
+    EXPECT_GT(VRIXMBstrcoll_A("a\t" + padding, "a "), 0) << "a tab lies below a blank, but no text ends in one";
+  }
+}
+
 TEST(CaseValueComparison, IgnoresBlanksAtTheEndAndNowhereElse) {
   EXPECT_EQ(VRIXMBstrnbcmp_A("Ghent   ", "Ghent"), 0);
   EXPECT_EQ(VRIXMBstrnbcmp_A("    ", ""), 0);

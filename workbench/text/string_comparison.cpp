@@ -6,6 +6,7 @@
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -79,32 +80,51 @@ const icu::Collator& collatorInForce() {
   return *collator;
 }
 
-int compareCollated(std::string_view left, std::string_view right) {
-  left = withoutTrailingBlanks(left);
-  right = withoutTrailingBlanks(right);
-  if (left == right) return 0;
-  if (currentRun().settings.collation.empty()) return compareBytes(left, right);
+bool endsInBlank(std::string_view text) { return !text.empty() && text.back() == ' '; }
+
+int compareTrimmed(std::string_view left, std::string_view right) {
+  if (!endsInBlank(left) && !endsInBlank(right)) return compareBytes(left, right);
+  return compareBytes(withoutTrailingBlanks(left), withoutTrailingBlanks(right));
+}
+
+// Texts that the locale holds to be equal are in the order of their bytes.
+[[gnu::noinline]] int compareInLocale(std::string_view left, std::string_view right, int orderOfBytes) {
   UErrorCode status = U_ZERO_ERROR;
   const UCollationResult order = collatorInForce().compareUTF8(piece(left), piece(right), status);
   if (U_FAILURE(status)) throw ErrorText(sentence("Two texts could not be put in order: ^1.", {u_errorName(status)}));
-  return order != UCOL_EQUAL ? static_cast<int>(order) : compareBytes(left, right);
+  return order != UCOL_EQUAL ? static_cast<int>(order) : orderOfBytes;
+}
+
+int compareCollated(std::string_view left, std::string_view right) {
+  const int orderOfBytes = compareTrimmed(left, right);
+  if (orderOfBytes == 0 || currentRun().settings.collation.empty()) return orderOfBytes;
+  return compareInLocale(withoutTrailingBlanks(left), withoutTrailingBlanks(right), orderOfBytes);
+}
+
+// Apart, like what a locale needs: a comparison that is asked for at every case sets up little.
+[[gnu::noinline]] void writeToJournal(const char* name, std::string_view left, std::string_view right, int result) {
+  journal().line(fmt::format("{}({}, {}) -> {}", name, Journal::quoted(left), Journal::quoted(right), result));
 }
 
 // Runs a comparison and, when the journal is on, writes what was asked and what came out.
 template <class Compare>
 int journaled(const char* name, std::string_view left, std::string_view right, Compare compare) {
   const int result = compare(left, right);
-  if (journal().isOn()) {
-    journal().line(fmt::format("{}({}, {}) -> {}", name, Journal::quoted(left), Journal::quoted(right), result));
-  }
+  if (journal().isOn()) writeToJournal(name, left, right, result);
   return result;
 }
 
 }  // namespace
 
 std::string_view withoutTrailingBlanks(std::string_view text) {
-  const std::size_t last = text.find_last_not_of(' ');
-  return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+  // The padding of a wide text is long: eight blanks at a time, then one.
+  constexpr char blanks[] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
+  while (text.size() >= sizeof blanks &&
+         std::memcmp(text.data() + text.size() - sizeof blanks, blanks, sizeof blanks) == 0) {
+    text.remove_suffix(sizeof blanks);
+  }
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  return text;
 }
 
 std::string collationKey(std::string_view text) {
@@ -139,9 +159,7 @@ int VRIXMBstricmp_A(std::string_view left, std::string_view right) {
 
 int VRIXMBstrnbcmp_A(std::string_view left, std::string_view right) {
   using namespace workbench::text;
-  return journaled("VRIXMBstrnbcmp_A", left, right, [](std::string_view first, std::string_view second) {
-    return compareBytes(withoutTrailingBlanks(first), withoutTrailingBlanks(second));
-  });
+  return journaled("VRIXMBstrnbcmp_A", left, right, compareTrimmed);
 }
 
 int VRIXMBstrcoll_A(std::string_view left, std::string_view right) {

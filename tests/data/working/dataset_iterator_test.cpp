@@ -121,6 +121,29 @@ TEST(DatasetIterator, RefusesAStringAsFilter) {
   EXPECT_THROW(active.CreateCaseIterator(IteratorOptions::standard), ErrorText);
 }
 
+TEST(DatasetIterator, LaysItsVariablesOutAlikeInAllCases) {
+  const auto content = data()
+                           .numeric("x", {1, 2, 3, 4, 5})
+                           .text("t", 12, {"a", "b", "c", "d", "e"})
+                           .numeric("keep", {1, 0, 1, 1, 1})
+                           .filter("keep");
+  for (const auto& dataset : {keptDataset(content), fromFile(content, 2)}) {
+    DatasetSource active(dataset, SourceKind::active);
+    active.setMaxObsAdded(2);
+    active.MakeVariable(0, nullptr).SetName("flag");
+    const auto cases = active.CreateCaseIterator(IteratorOptions::standard);
+    active.MakeVariable(0, nullptr).SetName("too late to be in a case of it");
+    int delivered = 0;
+    for (; cases->NextCase(); ++delivered) {
+      const OBS* first = cases->GetObsPointer(0);
+      EXPECT_EQ(cases->GetObsPointer(1) - first, 1);
+      EXPECT_EQ(cases->GetObsPointer(2) - first, 3);
+      EXPECT_EQ(cases->GetObsPointer(3) - first, 4);
+    }
+    EXPECT_EQ(delivered, 4);
+  }
+}
+
 // Makes a flag in the active dataset and writes ten times the first variable into the cases that are walked.
 void writeFlags(DatasetSource& active, std::int64_t mostCases) {
   active.setMaxObsAdded(1);

@@ -2,13 +2,12 @@
 
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "driver/messages.h"
 #include "engine/case_order.h"
 #include "engine/case_table.h"
+#include "engine/prepared_pairs.h"
 #include "engine/saved_outputs.h"
-#include "engine/value_equality.h"
 
 namespace compdatas {
 
@@ -29,8 +28,9 @@ class CaseWalk {
     if (!openReaders()) return false;       // 1
     outputs_.makeDictionaries();            // 2
     caseTable_.emplace(comparer_, table_);  // 3
-    preparePairs();
+    pairs_.emplace(comparer_);
     readFirstCases();
+    joinNeighbours();
     walkPairs();  // 4
     if (inOrder_) walkLeftovers();
     complete();  // 5
@@ -56,13 +56,6 @@ class CaseWalk {
   }
 
  private:
-  // A compared pair of variables, with what its comparison needs made ready once.
-  struct PreparedPair {
-    VariablePair* pair;
-    std::size_t activeWidth;  // 0 for a number
-    std::size_t compareWidth;
-  };
-
   // The active iterator is made only when the comparison one could be.
   bool openReaders() {
     if (comparer_.compareSource == nullptr) return false;
@@ -74,14 +67,6 @@ class CaseWalk {
     return active.iterator != nullptr;
   }
 
-  void preparePairs() {
-    for (VariablePair& pair : comparer_.variablePairs) {
-      if (!pair.compared) continue;
-      const std::int32_t compareWidth = comparer_.compareSource->GetVariable(pair.compareIndex).GetType();
-      prepared_.push_back({&pair, static_cast<std::size_t>(pair.width), static_cast<std::size_t>(compareWidth)});
-    }
-  }
-
   void readFirstCases() {
     comparer_.casesAllMatch = false;
     comparer_.caseSteps = 0;
@@ -91,6 +76,12 @@ class CaseWalk {
     readCompared();
     comparer_.unpairedTail = 0;
     outputs_.allocateBuffer();
+  }
+
+  // What lies side by side in the first two cases does so in all.
+  void joinNeighbours() {
+    if (active_ != ReadStatus::current || compared_ != ReadStatus::current) return;
+    pairs_->joinRuns(*comparer_.readers[activeSide].iterator, *comparer_.readers[compareSide].iterator);
   }
 
   void walkPairs() {
@@ -130,25 +121,10 @@ class CaseWalk {
     }
   }
 
-  // Every pair of variables is looked at, also after a difference.
   bool comparePair() {
     const VRIX_InputCaseIterator& active = *comparer_.readers[activeSide].iterator;
-    const VRIX_InputCaseIterator& compared = *comparer_.readers[compareSide].iterator;
-    const bool saving = outputs_.any();
-    bool allEqual = true;
-    for (const PreparedPair& prepared : prepared_) {
-      VariablePair& pair = *prepared.pair;
-      pair.activeValue = active.GetObsPointer(pair.activeIndex);
-      pair.compareValue = compared.GetObsPointer(pair.compareIndex);
-      pair.equalNow =
-          prepared.activeWidth != 0
-              ? textsEqual(pair.activeValue->text, prepared.activeWidth, pair.compareValue->text, prepared.compareWidth)
-              : numbersEqual(pair.activeValue->number, pair.compareValue->number, pair.fuzzyNumeric);
-      if (saving) outputs_.keep(pair);
-      if (!pair.equalNow) ++pair.mismatchCount;
-      allEqual = allEqual && pair.equalNow;
-    }
-    return allEqual;
+    if (outputs_.any()) outputs_.keepCase(active);
+    return pairs_->compare(active, *comparer_.readers[compareSide].iterator);
   }
 
   void walkLeftovers() {
@@ -201,7 +177,7 @@ class CaseWalk {
   SavedOutputs& outputs_;
   BpPivotTable& table_;
   std::optional<CaseTable> caseTable_;
-  std::vector<PreparedPair> prepared_;
+  std::optional<PreparedPairs> pairs_;
   ReadStatus active_ = ReadStatus::ended;
   ReadStatus compared_ = ReadStatus::ended;
   bool inOrder_ = true;

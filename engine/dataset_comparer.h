@@ -84,7 +84,7 @@ struct VariablePair {
 
   std::uint64_t mismatchCount = 0;
 
-  // Of the pair of cases now being compared.
+  // Of the pair of cases now being compared. Where the values lie is told when they differ.
   bool equalNow = false;
   const OBS* activeValue = nullptr;
   const OBS* compareValue = nullptr;

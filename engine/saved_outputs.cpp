@@ -64,16 +64,24 @@ void SavedOutputs::allocateBuffer() {
   buffer_.resize(std::max<std::size_t>(slots, 1));
 }
 
-void SavedOutputs::keep(const VariablePair& pair) {
-  std::copy_n(pair.activeValue, pair.outSlots, buffer_.begin() + pair.outPosition);
+void SavedOutputs::keepCase(const VRIX_InputCaseIterator& active) {
+  if (pieces_.empty()) findPieces(active);
+  for (const Piece& piece : pieces_) {
+    std::copy_n(active.GetObsPointer(piece.activeIndex), piece.slots, buffer_.begin() + piece.outPosition);
+  }
 }
 
-void SavedOutputs::writeMatched() {
-  if (matchedSource_ != nullptr) matchedSource_->WriteCase(buffer_.data());
-}
-
-void SavedOutputs::writeMismatched() {
-  if (mismatchedSource_ != nullptr) mismatchedSource_->WriteCase(buffer_.data());
+// How variables lie to each other is the same in all cases, so one tells it.
+void SavedOutputs::findPieces(const VRIX_InputCaseIterator& active) {
+  const OBS* activeEnd = nullptr;  // right behind the last value
+  for (const VariablePair& pair : comparer_.variablePairs) {
+    if (!pair.compared) continue;
+    const OBS* value = active.GetObsPointer(pair.activeIndex);
+    const bool adjoins = value == activeEnd && pair.outPosition == pieces_.back().outPosition + pieces_.back().slots;
+    if (!adjoins) pieces_.push_back({pair.activeIndex, pair.outPosition, 0});
+    pieces_.back().slots += pair.outSlots;
+    activeEnd = value + pair.outSlots;
+  }
 }
 
 void SavedOutputs::addNotes() const {

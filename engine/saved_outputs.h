@@ -3,6 +3,7 @@
 // Invariant: both destinations have the same variables in the same order, so one position serves both.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -26,10 +27,15 @@ class SavedOutputs {
   // Once, before the walk.
   void allocateBuffer();
 
-  // Takes a compared pair's active value for the case to be written.
-  void keep(const VariablePair& pair);
-  void writeMatched();
-  void writeMismatched();
+  // Takes the active values of the compared pairs for the case to be written. Requires: a case is current, always of
+  // the same iterator.
+  void keepCase(const VRIX_InputCaseIterator& active);
+  void writeMatched() {
+    if (matchedSource_ != nullptr) matchedSource_->WriteCase(buffer_.data());
+  }
+  void writeMismatched() {
+    if (mismatchedSource_ != nullptr) mismatchedSource_->WriteCase(buffer_.data());
+  }
 
   // Says where the cases of each file went.
   void addNotes() const;
@@ -37,11 +43,21 @@ class SavedOutputs {
   void freeBuffer();
 
  private:
+  // Values that lie side by side in the active case and in a saved one, from that of the variable on.
+  struct Piece {
+    std::int32_t activeIndex;
+    std::uint32_t outPosition;
+    std::uint32_t slots;
+  };
+
+  void findPieces(const VRIX_InputCaseIterator& active);
+
   DatasetComparer& comparer_;
   VRIX_DataSource* matchedSource_ = nullptr;  // of the two below; null when there is no such output
   VRIX_DataSource* mismatchedSource_ = nullptr;
   std::unique_ptr<UserOutputCaseFile> matched_;
   std::unique_ptr<UserOutputCaseFile> mismatched_;
+  std::vector<Piece> pieces_;
   std::vector<OBS> buffer_;
 };
 

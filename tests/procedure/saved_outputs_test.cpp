@@ -81,6 +81,23 @@ TEST(SavedOutputs, HoldTheComparedVariablesInTheOrderOfTheActiveDictionaryButNoF
   EXPECT_EQ(variablesOf(run, "differing"), "t:9 id:0");
 }
 
+TEST(SavedOutputs, LeaveOutWhatLiesBetweenTheComparedVariables) {
+  const DatasetBuilder same = dataset()
+                                  .numeric("a", {1, 2})
+                                  .numeric("b", {3, 4})
+                                  .text("between", 20, {"no", "no"})
+                                  .text("c", 9, {"nine byte", "s"})
+                                  .numeric("also", {8, 8})
+                                  .numeric("d", {5, 6});
+  ProcedureRun run(same, same);
+  run.run("/COMPDATASET=b /VARIABLES=a b c d /SAVE MATCHDATASET=YES MATCHNAME=agreed");
+  EXPECT_EQ(variablesOf(run, "agreed"), "a:0 b:0 c:9 d:0");
+  EXPECT_EQ(run.valuesOf("agreed", "a"), "1 2");
+  EXPECT_EQ(run.valuesOf("agreed", "b"), "3 4");
+  EXPECT_EQ(run.valuesOf("agreed", "c"), "nine byte s        ");
+  EXPECT_EQ(run.valuesOf("agreed", "d"), "5 6");
+}
+
 TEST(SavedOutputs, HoldACaseIdThatWasNotNamed) {
   ProcedureRun run(active(), compared());
   run.run("/COMPDATASET=b /VARIABLES=x /CASEID=id" + both);

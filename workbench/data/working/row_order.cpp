@@ -1,7 +1,8 @@
 #include "workbench/data/working/row_order.h"
 
 #include <algorithm>
-#include <array>
+#include <bit>
+#include <memory>
 #include <numeric>
 #include <span>
 #include <string>
@@ -12,40 +13,45 @@ namespace workbench::data {
 namespace {
 
 // A row among others that are to be sorted, with one piece of its keys: a number, in two halves so that a row takes no
-// more room than it needs.
+// more room than it needs. Not initialised, like the room for many of them.
 struct KeyedRow {
-  std::uint32_t high = 0;
-  std::uint32_t low = 0;
-  std::uint32_t row = 0;
+  std::uint32_t high;
+  std::uint32_t low;
+  std::uint32_t row;
 
   std::uint64_t piece() const { return std::uint64_t{high} << 32 | low; }
   void setPiece(std::uint64_t piece) {
     high = static_cast<std::uint32_t>(piece >> 32);
     low = static_cast<std::uint32_t>(piece);
   }
-  std::size_t byteOfPiece(unsigned byte) const { return (byte < 4 ? low >> 8 * byte : high >> 8 * (byte - 4)) & 0xFF; }
 };
 
 bool isBefore(const KeyedRow& left, const KeyedRow& right) {
   return left.piece() != right.piece() ? left.piece() < right.piece() : left.row < right.row;
 }
 
-// Sorts many rows by their pieces, byte by byte from the lowest one; rows of one piece stay as they lie. The room is as
-// large as the rows.
-void sortByBytes(std::span<KeyedRow> rows, std::span<KeyedRow> room) {
-  constexpr std::size_t values = 256;
-  constexpr unsigned bytes = 8;
-  std::array<std::array<std::size_t, values>, bytes> counts{};
-  for (const KeyedRow& one : rows) {
-    for (unsigned byte = 0; byte < bytes; ++byte) ++counts[byte][one.byteOfPiece(byte)];
-  }
+// Sorts many rows by their pieces without comparing them: by some bits after others, from the lowest that differ to the
+// highest. Rows of one piece stay as they lie. The room is as large as the rows.
+void sortByBits(std::span<KeyedRow> rows, std::span<KeyedRow> room) {
+  constexpr int mostBitsAtOnce = 11;
+  std::uint64_t differing = 0;
+  for (const KeyedRow& one : rows) differing |= one.piece() ^ rows.front().piece();
+  if (differing == 0) return;
+  const int lowest = std::countr_zero(differing);
+  const int bits = static_cast<int>(std::bit_width(differing)) - lowest;
+  const int rounds = (bits + mostBitsAtOnce - 1) / mostBitsAtOnce;
+  const int bitsAtOnce = (bits + rounds - 1) / rounds;
+  const std::uint64_t mask = (std::uint64_t{1} << bitsAtOnce) - 1;
+
   std::span<KeyedRow> from = rows;
   std::span<KeyedRow> to = room;
-  for (unsigned byte = 0; byte < bytes; ++byte) {
-    std::array<std::size_t, values>& places = counts[byte];
-    if (places[from.front().byteOfPiece(byte)] == from.size()) continue;  // all have the same one
+  std::vector<std::size_t> places(mask + 1);
+  for (int shift = lowest; shift < lowest + bits; shift += bitsAtOnce) {
+    const auto placeOf = [&](const KeyedRow& one) -> std::size_t& { return places[one.piece() >> shift & mask]; };
+    std::fill(places.begin(), places.end(), 0);
+    for (const KeyedRow& one : from) ++placeOf(one);
     std::exclusive_scan(places.begin(), places.end(), places.begin(), std::size_t{0});
-    for (const KeyedRow& one : from) to[places[one.byteOfPiece(byte)]++] = one;
+    for (const KeyedRow& one : from) to[placeOf(one)++] = one;
     std::swap(from, to);
   }
   if (from.data() != rows.data()) std::copy(from.begin(), from.end(), rows.begin());
@@ -112,15 +118,23 @@ class CollatedPieces {
 template <class Pieces>
 class RowSort {
  public:
-  RowSort(const Pieces& pieces, std::vector<KeyedRow>& rows) : pieces_(pieces), rows_(rows), room_(rows.size()) {}
+  // At first the rows lie as they are numbered.
+  RowSort(const Pieces& pieces, std::size_t count)
+      : pieces_(pieces),
+        room_(std::make_unique_for_overwrite<KeyedRow[]>(2 * count)),
+        rows_(room_.get(), count),
+        spare_(room_.get() + count, count) {
+    for (std::size_t row = 0; row < count; ++row) rows_[row].row = static_cast<std::uint32_t>(row);
+  }
 
-  void sort() {
+  std::span<const KeyedRow> sort() {
     groups_.push_back({0, rows_.size(), 0});
     while (!groups_.empty()) {
       const Group group = groups_.back();
       groups_.pop_back();
       sortGroup(group);
     }
+    return rows_;
   }
 
  private:
@@ -136,7 +150,7 @@ class RowSort {
   static constexpr std::size_t manyRows = 1024;
 
   void sortGroup(const Group& group) {
-    const std::span<KeyedRow> rows = std::span(rows_).subspan(group.begin, group.end - group.begin);
+    const std::span<KeyedRow> rows = rows_.subspan(group.begin, group.end - group.begin);
     for (KeyedRow& one : rows) one.setPiece(pieces_(one.row, group.piece));
     const std::size_t next = group.piece + 1;
     if (rows.size() < leastRows) {
@@ -150,7 +164,7 @@ class RowSort {
       if (rows.size() < manyRows) {
         std::sort(rows.begin(), rows.end(), isBefore);
       } else {
-        sortByBytes(rows, std::span(room_).first(rows.size()));
+        sortByBits(rows, spare_.first(rows.size()));
       }
     }
     if (next == pieces_.count()) return;
@@ -176,19 +190,18 @@ class RowSort {
   }
 
   const Pieces& pieces_;
-  std::vector<KeyedRow>& rows_;
-  std::vector<KeyedRow> room_;
+  std::unique_ptr<KeyedRow[]> room_;
+  std::span<KeyedRow> rows_;
+  std::span<KeyedRow> spare_;
   std::vector<Group> groups_;
 };
 
 template <class Pieces>
 std::vector<std::uint32_t> orderBy(const Pieces& pieces, std::size_t count) {
-  std::vector<KeyedRow> rows(count);
-  for (std::size_t row = 0; row < count; ++row) rows[row].row = static_cast<std::uint32_t>(row);
-  RowSort(pieces, rows).sort();
-  const auto isInPlace = [&rows](std::uint32_t place) { return rows[place].row == place; };
-  std::uint32_t place = 0;
-  while (place < count && isInPlace(place)) ++place;
+  RowSort sort(pieces, count);
+  const std::span<const KeyedRow> rows = sort.sort();
+  std::size_t place = 0;
+  while (place < count && rows[place].row == place) ++place;
   if (place == count) return {};
   std::vector<std::uint32_t> order(count);
   std::transform(rows.begin(), rows.end(), order.begin(), [](const KeyedRow& one) { return one.row; });

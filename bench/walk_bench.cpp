@@ -32,8 +32,10 @@
 
 namespace {
 
-using workbench::data::CaseBlock;
-using workbench::data::KeptCases;
+using workbench::data::CaseSpan;
+using workbench::data::CaseUse;
+using workbench::data::Dataset;
+using workbench::data::DatasetPass;
 using workbench::tests::DatasetBuilder;
 using workbench::tests::EngineRun;
 
@@ -118,12 +120,14 @@ void walk(EngineRun& run, Flag flag, std::size_t cases) {
   }
 }
 
-bool sameBytes(const KeptCases& left, const KeptCases& right) {
+// Cases that are kept are given as they lie in memory.
+bool sameBytes(const Dataset& left, const Dataset& right) {
   bool same = true;
-  for (std::size_t index = 0; index < left.blocks().size(); ++index) {
-    const CaseBlock& block = left.blocks()[index];
-    const std::size_t bytes = block.cases() * block.caseSlots() * sizeof(OBS);
-    same &= std::memcmp(block.begin(), right.blocks()[index].begin(), bytes) == 0;
+  DatasetPass pass(left, CaseUse::onlyRead);
+  DatasetPass other(right, CaseUse::onlyRead);
+  while (const CaseSpan span = pass.next()) {
+    const std::size_t bytes = span.count * span.caseSlots * sizeof(OBS);
+    same &= std::memcmp(span.cases, other.next().cases, bytes) == 0;
   }
   return same;
 }
@@ -137,26 +141,25 @@ void walkBesideMemcmp(benchmark::State& state, const Sample& sample, const std::
   run.compare(names);
   if (!caseId.empty()) run.pairBy({caseId});
   run.options.setTableLimit(1);
-  // The cases as they lie in memory, without the flag variable: what memcmp is given.
-  const auto active = run.manager().find("a")->keptCases();
-  auto compared = run.manager().find("b")->keptCases();
-  if (!sameBytes(*active, *compared)) compared = sample.active.build()->keptCases();
+  // Without the flag variable: what memcmp is given.
+  const auto active = sample.active.build();
+  const auto same = sample.active.build();
   if (flag == Flag::written) {
     run.activeSource().SetMaxObsAdded(1);
     run.activeSource().MakeVariable(0, nullptr).SetName("flag");
   }
 
-  const auto cases = static_cast<std::size_t>(active->cases());
+  const auto cases = static_cast<std::size_t>(*active->caseCount());
   double walked = 1e9;
   double compare = 1e9;
   for (auto _ : state) {
     const double seconds = secondsOf([&] { walk(run, flag, cases); });
     state.SetIterationTime(seconds);
     walked = std::min(walked, seconds);
-    compare = std::min(compare, secondsOf([&] { benchmark::DoNotOptimize(sameBytes(*active, *compared)); }));
+    compare = std::min(compare, secondsOf([&] { benchmark::DoNotOptimize(sameBytes(*active, *same)); }));
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(cases) * state.iterations());
-  const std::size_t bytes = cases * active->caseSlots() * sizeof(OBS);
+  const std::size_t bytes = cases * active->layout().caseSlots * sizeof(OBS);
   state.SetBytesProcessed(static_cast<std::int64_t>(bytes) * state.iterations());
   state.counters["of_memcmp"] = compare / walked;
   state.counters["ns_per_case"] = 1e9 * walked / static_cast<double>(cases);

@@ -3,13 +3,16 @@
 build_packages=(
   g++ cmake ninja-build ccache pkg-config python3 ca-certificates
   libicu-dev icu-devtools libfmt-dev nlohmann-json3-dev libcli11-dev
+  libxlsxwriter-dev
   librapidcheck-dev libgtest-dev libgmock-dev libbenchmark-dev libvalijson-dev zlib1g-dev libzstd-dev
   valgrind
 )
+test_packages=(libreoffice-calc-nogui locales)
 check_packages=(clang-format-19 clang-tidy-19)
 fuzz_packages=(clang-19 libclang-rt-19-dev)
 
 install_build_packages() { install_apt_packages "${build_packages[@]}"; }
+install_test_packages() { install_apt_packages "${test_packages[@]}"; }
 install_fuzz_packages() { install_apt_packages "${fuzz_packages[@]}"; }
 install_check_packages() { install_apt_packages "${check_packages[@]}"; }
 

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "workbench/app/version.h"
+#include "workbench/output/formats.h"
 
 namespace workbench::app {
 
@@ -50,14 +51,25 @@ void addAppearance(CLI::App& command, const std::string& name) {
       ->group("");
 }
 
+// "text (default), json, ..."
+std::string knownFormats() {
+  std::string names;
+  for (const output::OutputFormat& format : output::outputFormats()) {
+    names += fmt::format("{}{}", names.empty() ? "" : ", ", format.name);
+    if (&format == output::outputFormats().data()) names += " (default)";
+  }
+  return names;
+}
+
 void addOutputOptions(CLI::App& command, OutputChoice& output) {
-  command.add_option("--format", output.format, "How results are shown: text or json");
+  command.add_option("--format", output.format, "How results are shown: " + knownFormats());
   command.add_option("-o,--output", output.file, "Where results go (default: standard output)")->type_name("FILE");
   command.add_option("--lang", output.language, "Language of the output texts (default: from the environment)")
       ->type_name("TAG");
   command.add_option("--journal", output.journal, "Write every call that a procedure makes of the host to FILE")
       ->type_name("FILE");
-  command.add_option("--table", output.onlyTable, "Show only the table of this key")->type_name("KEY");
+  command.add_option("--table", output.onlyTable, "Show only the table of this key; csv holds one table")
+      ->type_name("KEY");
   command.add_flag("-q,--quiet", output.quiet, "No results on standard output, no notes and warnings");
   command.add_flag("-v,--verbose", output.verbose, "Show the diagnostic lines of procedures");
   addAppearance(command, "--color");

@@ -22,7 +22,7 @@ output::Command& addCommand(output::Document& document, const language::JobComma
 }  // namespace
 
 CommandRun::CommandRun(Session& session, const language::JobCommand& command)
-    : command_(addCommand(session.document, command)) {
+    : command_(addCommand(session.document, command)), wordingBefore_(currentRun().wording) {
   const Journal::Pause pause(journal());
   CurrentRun& run = currentRun();
   run.command = &command_;
@@ -44,6 +44,7 @@ CommandRun::~CommandRun() {
   const Settings settings = currentRun().settings;  // these hold for the commands that follow
   currentRun() = CurrentRun();
   currentRun().settings = settings;
+  currentRun().wording = wordingBefore_;
 }
 
 void CommandRun::say(BpErrorLevel level, const std::string& sentence) {

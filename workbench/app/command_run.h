@@ -31,6 +31,7 @@ class CommandRun {
 
  private:
   output::Command& command_;
+  const text::Wording* wordingBefore_;
 };
 
 }  // namespace workbench::app

@@ -1,12 +1,13 @@
 #include "workbench/app/plugin_loader.h"
 
 #include <dlfcn.h>
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <system_error>
+
+#include "workbench/text/wording.h"
 
 namespace workbench::app {
 
@@ -16,7 +17,7 @@ constexpr std::string_view manifestEnding = ".plugin.json";
 
 std::string dynamicLinkerError() {
   const char* error = dlerror();
-  return error == nullptr ? "no reason given" : error;
+  return error == nullptr ? text::sentence("no reason given") : error;
 }
 
 }  // namespace
@@ -28,7 +29,8 @@ Outcome<Done> Plugins::addFolder(const std::filesystem::path& folder) {
     if (entry->path().filename().string().ends_with(manifestEnding)) manifests.push_back(entry->path());
   }
   if (error) {
-    return Problem{"The folder of plug-ins cannot be read.", folder.string(), "Name a folder that holds plug-ins."};
+    return Problem{text::sentence("The folder of plug-ins cannot be read."), folder.string(),
+                   text::sentence("Name a folder that holds plug-ins.")};
   }
   std::sort(manifests.begin(), manifests.end());
   for (const auto& manifest : manifests) {
@@ -40,16 +42,17 @@ Outcome<Done> Plugins::addFolder(const std::filesystem::path& folder) {
 Outcome<Done> Plugins::addManifest(const std::filesystem::path& manifest) {
   std::ifstream file(manifest);
   const auto content = nlohmann::json::parse(file, nullptr, false);
-  const auto text = [&](const char* name) {
-    const auto member = content.is_object() ? content.find(name) : content.end();
-    return member != content.end() && member->is_string() ? member->get<std::string>() : std::string();
+  const auto member = [&](const char* name) {
+    const auto found = content.is_object() ? content.find(name) : content.end();
+    return found != content.end() && found->is_string() ? found->get<std::string>() : std::string();
   };
-  std::string command = text("command");
-  const std::string library = text("library");
-  const std::string entry = text("entryPoint");
+  std::string command = member("command");
+  const std::string library = member("library");
+  const std::string entry = member("entryPoint");
   if (command.empty() || library.empty() || entry.empty()) {
-    return Problem{"This is no manifest of a plug-in.", manifest.string(),
-                   "It has to be a JSON object with the texts \"command\", \"library\" and \"entryPoint\"."};
+    return Problem{
+        text::sentence("This is no manifest of a plug-in."), manifest.string(),
+        text::sentence("It has to be a JSON object with the texts \"command\", \"library\" and \"entryPoint\".")};
   }
   std::transform(command.begin(), command.end(), command.begin(),
                  [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
@@ -69,18 +72,19 @@ Outcome<EntryPoint> Plugins::entryPoint(const std::string& command) {
 
   const std::string path = plugin.library.string();
   if (!std::filesystem::exists(plugin.library)) {
-    return Problem{fmt::format("The plug-in for {} is missing.", command), path, "Install it beside its manifest."};
+    return Problem{text::sentence("The plug-in for ^1 is missing.", {command}), path,
+                   text::sentence("Install it beside its manifest.")};
   }
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (library == nullptr) {
-    return Problem{fmt::format("The plug-in for {} cannot be loaded ({}).", command, dynamicLinkerError()), path,
-                   "Install one that was built for this program."};
+    return Problem{text::sentence("The plug-in for ^1 cannot be loaded (^2).", {command, dynamicLinkerError()}), path,
+                   text::sentence("Install one that was built for this program.")};
   }
   void* symbol = dlsym(library, plugin.entryPoint.c_str());
   if (symbol == nullptr) {
     dlclose(library);
-    return Problem{fmt::format("The plug-in for {} lacks its entry point {}.", command, plugin.entryPoint), path,
-                   "Install one whose manifest names the entry point that it exports."};
+    return Problem{text::sentence("The plug-in for ^1 lacks its entry point ^2.", {command, plugin.entryPoint}), path,
+                   text::sentence("Install one whose manifest names the entry point that it exports.")};
   }
   plugin.loaded = reinterpret_cast<EntryPoint>(symbol);
   return plugin.loaded;

@@ -15,6 +15,7 @@
 #include "workbench/app/verdict.h"
 #include "workbench/data/data_file.h"
 #include "workbench/output/display_text.h"
+#include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/diagnostics.h"
 
@@ -88,8 +89,9 @@ const OutputChoice& outputOf(const ShowText&) {
   return none;
 }
 
-std::string languageFromEnvironment() {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+// The locale that the environment names for one purpose.
+std::string localeFromEnvironment(const char* purpose) {
+  for (const char* name : {"LC_ALL", purpose, "LANG"}) {
     const char* value = std::getenv(name);
     if (value != nullptr && *value != '\0') return value;
   }
@@ -99,9 +101,10 @@ std::string languageFromEnvironment() {
 // A language that was asked for has to be there; the environment's may be missing, and then it is English.
 Outcome<std::unique_ptr<text::Wording>> loadWording(const std::string& asked) {
   if (!asked.empty()) return text::Wording::load(asked);
-  auto fromEnvironment = text::Wording::load(languageFromEnvironment());
+  const std::string numbers = localeFromEnvironment("LC_NUMERIC");
+  auto fromEnvironment = text::Wording::load(localeFromEnvironment("LC_MESSAGES"), numbers);
   if (fromEnvironment) return fromEnvironment;
-  return text::Wording::load("en");
+  return text::Wording::load("en", numbers);
 }
 
 Outcome<Done> loadPlugins(Plugins& plugins, const std::vector<std::string>& folders) {
@@ -116,6 +119,15 @@ Outcome<Done> loadPlugins(Plugins& plugins, const std::vector<std::string>& fold
   }
   return Done{};
 }
+
+// Before, between and after the commands of a job, too.
+class WordingInForce {
+ public:
+  explicit WordingInForce(const text::Wording& wording) { currentRun().wording = &wording; }
+  WordingInForce(const WordingInForce&) = delete;
+  WordingInForce& operator=(const WordingInForce&) = delete;
+  ~WordingInForce() { currentRun().wording = nullptr; }
+};
 
 int fail(const Problem& problem) {
   std::cerr << output::visible(problem.text()) << '\n';
@@ -147,6 +159,7 @@ int runProgram(const ProgramOptions& options) {
   auto wording = loadWording(choice.language);
   if (!wording) return fail(wording.problem());
   session.wording = std::move(*wording);
+  const WordingInForce inForce(*session.wording);
   if (const auto loaded = loadPlugins(session.plugins, options.pluginFolders); !loaded) return fail(loaded.problem());
   auto results = ResultsOutput::open(choice, *session.wording);
   if (!results) return fail(results.problem());

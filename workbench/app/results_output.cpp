@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <string_view>
 
@@ -60,6 +61,19 @@ Outcome<const OutputFormat*> formatOf(const OutputChoice& choice) {
   return &output::outputFormats().front();
 }
 
+// The date of what is written where it has to have one, as the environment sets it for results that can be made again.
+Outcome<std::optional<std::int64_t>> dateOfOutput() {
+  constexpr const char* variable = "SOURCE_DATE_EPOCH";
+  const char* const set = std::getenv(variable);
+  if (set == nullptr || *set == '\0') return std::optional<std::int64_t>();
+  const std::string_view text(set);
+  std::int64_t seconds = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  if (error == std::errc() && end == text.data() + text.size() && seconds >= 0) return std::optional(seconds);
+  return Problem{text::sentence("This is no time in seconds since 1970."), variable,
+                 text::sentence("Write a whole number, or leave the variable out.")};
+}
+
 void removeTables(Document& document, const std::function<bool(const output::Table&)>& unwanted) {
   for (const auto& command : document.commands) {
     auto& items = command->items;
@@ -73,33 +87,57 @@ void removeTables(Document& document, const std::function<bool(const output::Tab
 }
 
 // Beside its place until all of it is written.
-Outcome<Done> writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
+Outcome<Done> writeFile(const std::string& path, const std::function<Outcome<Done>(std::ostream&)>& write) {
   const std::string temporary = fmt::format("{}.{}.tmp", path, getpid());
   std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-  write(file);
+  const Outcome<Done> written = write(file);
   file.close();
   std::error_code error;
-  if (file) std::filesystem::rename(temporary, path, error);
-  if (file && !error) return Done{};
+  if (written && file) std::filesystem::rename(temporary, path, error);
+  if (written && file && !error) return Done{};
   std::error_code ignored;
   std::filesystem::remove(temporary, ignored);
+  if (!written) return written.problem();
   return Problem{text::sentence("The results cannot be written."), path,
                  text::sentence("Name a file in a folder that you can write to, with room for it.")};
 }
 
+// The keys of all tables, each once.
+std::vector<std::string> tableKeys(const Document& document) {
+  std::vector<std::string> keys;
+  for (const auto& command : document.commands) {
+    for (const output::Item& item : command->items) {
+      const auto* table = std::get_if<std::unique_ptr<output::Table>>(&item);
+      if (table == nullptr || (*table)->destroyed) continue;
+      std::string key(tableKey(**table));
+      if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(std::move(key));
+    }
+  }
+  return keys;
+}
+
 }  // namespace
 
-ResultsOutput::ResultsOutput(const OutputChoice& choice, const OutputFormat& format, const text::Wording& wording)
-    : choice_(choice), format_(format), wording_(wording) {}
+ResultsOutput::ResultsOutput(const OutputChoice& choice, const OutputFormat& format, const text::Wording& wording,
+                             std::optional<std::int64_t> date)
+    : choice_(choice), format_(format), wording_(wording), date_(date) {}
 
 Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& choice, const text::Wording& wording) {
   const auto format = formatOf(choice);
   if (!format) return format.problem();
-  return std::unique_ptr<ResultsOutput>(new ResultsOutput(choice, **format, wording));
+  const bool isForTerminal = !choice.file && !choice.quiet && isatty(STDOUT_FILENO) != 0;
+  if ((*format)->isBinary && isForTerminal) {
+    return Problem{text::sentence("A workbook cannot be shown on a terminal."), "--format",
+                   text::sentence("Name a file by -o, or send the output to a file or another program.")};
+  }
+  const auto date = dateOfOutput();
+  if (!date) return date.problem();
+  return std::unique_ptr<ResultsOutput>(new ResultsOutput(choice, **format, wording, *date));
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
   const output::TextOptions options{wording_, ordinaryWidth, false, std::nullopt};
+  if (choice_.onlyTable && !choice_.quiet) warnOfMissingTable(document);
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
       output::writeDiagnostics(std::cerr, *command, options);
@@ -107,17 +145,28 @@ void ResultsOutput::writeDiagnostics(const Document& document) const {
   }
 }
 
+// Not an error: equal datasets have no table of differing cases.
+void ResultsOutput::warnOfMissingTable(const Document& document) const {
+  const std::vector<std::string> keys = tableKeys(document);
+  if (keys.empty() || std::find(keys.begin(), keys.end(), *choice_.onlyTable) != keys.end()) return;
+  const std::string missing = text::sentence("There is no table ^1 among the results.", {*choice_.onlyTable});
+  const std::string there = text::sentence("There are: ^1.", {fmt::format("{}", fmt::join(keys, ", "))});
+  output::writeMessage(std::cerr, output::hostMessage(BpErrorLevel::warning, missing + ' ' + there),
+                       {.wording = wording_, .width = ordinaryWidth});
+}
+
 Outcome<Done> ResultsOutput::write(Document& document) const {
   if (choice_.noCaseTable) removeTables(document, isCaseTable);
-  if (choice_.onlyTable) {
+  if (choice_.onlyTable && !format_.holdsOneTable) {
     removeTables(document, [&](const output::Table& table) { return tableKey(table) != *choice_.onlyTable; });
   }
   const bool toFile = choice_.file.has_value();
   if (!toFile && choice_.quiet) return Done{};
-  const output::TextOptions options{wording_, toFile ? ordinaryWidth : terminalWidth(), false, std::nullopt};
-  const auto write = [&](std::ostream& out) { format_.write(out, document, options); };
+  output::TextOptions options{.wording = wording_, .width = toFile ? ordinaryWidth : terminalWidth(), .date = date_};
+  if (format_.holdsOneTable) options.onlyTable = choice_.onlyTable;
+  const auto write = [&](std::ostream& out) { return format_.write(out, document, options); };
   if (toFile) return writeFile(*choice_.file, write);
-  write(std::cout);
+  if (const auto written = write(std::cout); !written) return written;
   std::cout.flush();
   if (std::cout) return Done{};
   return Problem{text::sentence("The results cannot be written."), "", ""};

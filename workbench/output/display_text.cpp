@@ -102,7 +102,19 @@ bool isNumberPart(char character) {
          std::string_view(".,:+-%$eET/").find(character) != std::string_view::npos;
 }
 
+// The marks of locales that are no ASCII: between groups of digits, and before a percent sign.
+std::string withoutWideMarks(std::string_view word) {
+  std::string rest(word);
+  for (const std::string_view mark : {"\xC2\xA0", "\xE2\x80\xAF", "\xE2\x80\x99"}) {
+    for (std::size_t at = rest.find(mark); at != std::string::npos; at = rest.find(mark, at))
+      rest.erase(at, mark.size());
+  }
+  return rest;
+}
+
 bool isNumber(std::string_view word) {
+  const std::string bare = isPlainAscii(word) ? std::string() : withoutWideMarks(word);
+  if (!bare.empty()) word = bare;
   return std::all_of(word.begin(), word.end(), isNumberPart) &&
          std::any_of(word.begin(), word.end(), [](char character) { return character >= '0' && character <= '9'; });
 }
@@ -222,6 +234,18 @@ std::string shortened(std::string_view line, int width) {
   return std::string(withoutTrailingBlanks(line.substr(0, start))).append(ellipsis);
 }
 
+std::string beginning(std::string_view text, std::size_t mostUnits) {
+  if (text.size() <= mostUnits) return std::string(text);  // no character has more units than bytes
+  std::size_t units = 0;
+  std::size_t start = 0;
+  for (const std::size_t end : characterBreaks(text)) {
+    for (std::size_t place = start; place < end;) units += nextCharacter(text, place) > 0xFFFF ? 2 : 1;
+    if (units > mostUnits) break;
+    start = end;
+  }
+  return std::string(text.substr(0, start));
+}
+
 std::vector<std::string> wrapped(std::string_view text, int width) {
   std::vector<std::string> lines;
   forEachLine(text, [&](std::string_view line) { wrapLine(line, std::max(1, width), lines); });
@@ -233,7 +257,7 @@ int widestNumber(std::string_view text) {
   for (std::size_t start = 0; start < text.size();) {
     const std::size_t end = std::min(text.find_first_of(" \n", start), text.size());
     const std::string_view word = text.substr(start, end - start);
-    if (static_cast<int>(word.size()) > widest && isNumber(word)) widest = static_cast<int>(word.size());
+    if (static_cast<int>(word.size()) > widest && isNumber(word)) widest = std::max(widest, displayWidth(word));
     start = end + 1;
   }
   return widest;

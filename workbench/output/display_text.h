@@ -20,6 +20,9 @@ int displayWidth(std::string_view line);
 // The line, cut at its end and closed with an ellipsis sign when it takes more columns than `width`.
 std::string shortened(std::string_view line, int width);
 
+// The beginning of the text, of at most so many UTF-16 units; all of it when it has no more. Requires: it is UTF-8.
+std::string beginning(std::string_view text, std::size_t mostUnits);
+
 // The text in lines of at most `width` columns, broken where its writing allows it (all scripts) and within a word only
 // when that alone is too long. A number is never broken: its line is longer then. Line breaks of the text stay.
 std::vector<std::string> wrapped(std::string_view text, int width);

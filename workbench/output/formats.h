@@ -7,15 +7,17 @@
 
 #include "workbench/output/document.h"
 #include "workbench/output/terminal_writer.h"
+#include "workbench/runtime/outcome.h"
 
 namespace workbench::output {
 
 struct OutputFormat {
   std::string_view name;                          // as the command line has it
   std::span<const std::string_view> fileEndings;  // with their point
-  // Whether tables are drawn for people, so that the options count beside the wording.
-  bool isForPeople;
-  void (*write)(std::ostream& out, const Document& document, const TextOptions& options);
+  bool isBinary = false;                          // no text, so that a terminal cannot show it
+  bool holdsOneTable = false;                     // which has to be named where there are several
+  // A problem is what the format cannot do; a stream that fails tells by itself.
+  Outcome<Done> (*write)(std::ostream& out, const Document& document, const TextOptions& options) = nullptr;
 };
 
 // All of them; the first is the default.

@@ -125,6 +125,7 @@ HeaderCell headerCell(const std::vector<AxisDimension>& axis, const AxisHeader& 
   HeaderCell cell;
   cell.text = dimension.titles[node];
   cell.notes = dimension.dimension->nodes[node].notes;
+  cell.title = &dimension.dimension->nodes[node].title;
   return cell;
 }
 
@@ -154,7 +155,8 @@ void placeHeaders(TableLayout& layout, const Axes& axes, const AxisLines& rows, 
   for (const AxisDimension& dimension : axes.rows) {
     if (dimension.showsTitle) {
       if (layout.headerRows == 0) layout.headerRows = 1;
-      layout.corner.push_back({dimension.titles[0], {}, 0, column, layout.headerRows, dimension.depth});
+      layout.corner.push_back(
+          {dimension.titles[0], {}, 0, column, layout.headerRows, dimension.depth, &dimension.dimension->title});
     }
     column += dimension.depth;
   }

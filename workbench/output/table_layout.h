@@ -29,6 +29,7 @@ struct HeaderCell {
   std::int32_t column = 0;
   std::int32_t rowSpan = 1;
   std::int32_t columnSpan = 1;
+  const Text* title = nullptr;  // what the text was made of
 };
 
 struct PlacedCell {

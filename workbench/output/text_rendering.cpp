@@ -15,15 +15,21 @@ namespace {
 
 using Values = std::vector<const ValueText*>;
 
-std::string inPrintFormat(const ValueText& text, NumberStyle style) {
+std::string inPrintFormat(const ValueText& text, NumberStyle style, const text::LocaleForms& forms) {
   const double* number = std::get_if<double>(&text.value);
   if (number == nullptr) return std::get<std::string>(text.value);
-  return formattedNumber(*number, text.variable->format, text.variable->width, text.variable->decimals, style);
+  return formattedNumber(*number, text.variable->format, text.variable->width, text.variable->decimals, style, forms);
 }
 
-std::string inFull(const ValueText& text) {
-  const double* number = std::get_if<double>(&text.value);
-  return number != nullptr ? fullNumber(*number, text.variable->format) : std::get<std::string>(text.value);
+// Requires: the value is a number.
+std::string inFull(const ValueText& text, NumberStyle style, const text::LocaleForms& forms) {
+  const double number = std::get<double>(text.value);
+  return style == NumberStyle::asFormatted ? fullNumber(number, text.variable->format, forms)
+                                           : fullNumber(number, text.variable->format);
+}
+
+std::string exactly(double number, NumberStyle style, const text::LocaleForms& forms) {
+  return style == NumberStyle::asFormatted ? fullNumber(number, FormatType::number, forms) : fullNumber(number);
 }
 
 // All numbers among the values of a text.
@@ -70,10 +76,12 @@ TextShower::TextShower(const std::vector<const Text*>& sideBySide, const text::W
   Values numbers;
   for (const Text* text : sideBySide) collectNumbers(*text, numbers);
   if (numbers.size() < 2) return;
+  const text::LocaleForms& forms = wording_.forms();
   const Values alike =
-      lookalikes(numbers, [&](const ValueText& value) { return inPrintFormat(value, style_.numbers); });
+      lookalikes(numbers, [&](const ValueText& value) { return inPrintFormat(value, style_.numbers, forms); });
   // Two moments within a millionth of a second read alike even in full: then only the plain number tells.
-  const Values alikeInFull = lookalikes(alike, inFull);
+  const Values alikeInFull =
+      lookalikes(alike, [&](const ValueText& value) { return inFull(value, style_.numbers, forms); });
   inFull_ = {alike.begin(), alike.end()};
   exact_ = {alikeInFull.begin(), alikeInFull.end()};
 }
@@ -87,7 +95,16 @@ std::string TextShower::shownText(const StringText& text) const {
 }
 
 std::string TextShower::shownText(const NumberText& text) const {
-  return text.format == BpFormat::percent ? percentText(text.value) : countText(text.value);
+  const bool isPercent = text.format == BpFormat::percent;
+  switch (style_.numbers) {
+    case NumberStyle::full:
+      return fullNumber(text.value);
+    case NumberStyle::plain:
+      return isPercent ? percentText(text.value) : countText(text.value);
+    case NumberStyle::asFormatted:
+      break;
+  }
+  return isPercent ? percentText(text.value, wording_.forms()) : countText(text.value, wording_.forms());
 }
 
 std::string TextShower::shownText(const VariableText& text) const {
@@ -97,9 +114,9 @@ std::string TextShower::shownText(const VariableText& text) const {
 }
 
 std::string TextShower::shownText(const ValueText& text) const {
-  if (exact_.contains(&text)) return fullNumber(std::get<double>(text.value));
-  if (inFull_.contains(&text)) return inFull(text);
-  return fromData(inPrintFormat(text, style_.numbers));
+  if (exact_.contains(&text)) return exactly(std::get<double>(text.value), style_.numbers, wording_.forms());
+  if (inFull_.contains(&text)) return inFull(text, style_.numbers, wording_.forms());
+  return fromData(inPrintFormat(text, style_.numbers, wording_.forms()));
 }
 
 std::string TextShower::shownText(const CompositeText& text) const {

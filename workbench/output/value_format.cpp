@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string_view>
 
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/output/date_format.h"
@@ -70,20 +71,23 @@ std::string grouped(const std::string& text, char group, char decimalMark) {
   return result.append(text, point + 1);
 }
 
+// An ISO date, or a date and a time of day, as the locale writes it; a plain number has its decimal mark.
+std::string inForms(const std::string& text, FormatType type, const text::LocaleForms& forms) {
+  constexpr std::size_t dateLength = 10;  // 2026-11-21
+  const bool isDate = text.size() >= dateLength && text[4] == '-' && text[7] == '-';
+  if ((type != FormatType::date && type != FormatType::dateTime) || !isDate) return withDecimalMark(text, forms);
+  const std::string_view iso = text;
+  const std::string date = text::filledForm(forms.date, {iso.substr(0, 4), iso.substr(5, 2), iso.substr(8, 2)});
+  if (text.size() == dateLength) return date;
+  return text::filledForm(forms.moment, {date, withDecimalMark(text.substr(dateLength + 1), forms)});
+}
+
 std::string withDollar(const std::string& text) {
   return text.starts_with('-') ? fmt::format("-${}", text.substr(1)) : fmt::format("${}", text);
 }
 
-}  // namespace
-
-// The machine constant of that name; asked of the host, it would be a call in the journal.
-bool isSystemMissing(double value) { return value == std::numeric_limits<double>::lowest(); }
-
-std::string formattedNumber(double value, FormatType type, std::int32_t width, std::int32_t decimals,
-                            NumberStyle style) {
-  if (isSystemMissing(value)) return ".";
-  if (!std::isfinite(value)) return fullNumber(value);
-  const bool isPlain = style == NumberStyle::plain;
+// In the formats that have no marks of their own.
+std::string unmarkedNumber(double value, FormatType type, std::int32_t width, std::int32_t decimals) {
   switch (type) {
     case FormatType::number:
     case FormatType::customA:
@@ -92,14 +96,6 @@ std::string formattedNumber(double value, FormatType type, std::int32_t width, s
     case FormatType::customD:
     case FormatType::customE:
       return fixed(value, decimals);
-    case FormatType::comma:
-      return isPlain ? fixed(value, decimals) : grouped(fixed(value, decimals), ',', '.');
-    case FormatType::dot:
-      return isPlain ? fixed(value, decimals) : grouped(fixed(value, decimals), '.', ',');
-    case FormatType::dollar:
-      return isPlain ? fixed(value, decimals) : withDollar(grouped(fixed(value, decimals), ',', '.'));
-    case FormatType::percent:
-      return fixed(value, decimals) + "%";
     case FormatType::scientific:
       return scientific(value, decimals);
     case FormatType::restricted:
@@ -112,10 +108,54 @@ std::string formattedNumber(double value, FormatType type, std::int32_t width, s
       return dateTimeText(value, decimals).value_or(fullNumber(value));
     case FormatType::duration:
       return data::durationText(value).value_or(fullNumber(value));
-    case FormatType::text:
+    default:
+      return fullNumber(value);  // a format of texts, or one that is not known, says nothing of numbers
+  }
+}
+
+// A percentage without its sign.
+std::string percentage(double value) {
+  if (!std::isfinite(value)) return fullNumber(value);
+  std::string text;
+  for (std::int32_t decimals = 1; decimals <= mostPercentDecimals; ++decimals) {
+    text = fixed(value, decimals);
+    const bool seemsNothing = value != 0 && text.find_first_of("123456789") == std::string::npos;
+    const bool seemsWhole = std::fabs(value) < 100 && (text.starts_with("100") || text.starts_with("-100"));
+    if (!seemsNothing && !seemsWhole) break;
+  }
+  const bool showsNothing = value != 0 && text.find_first_of("123456789") == std::string::npos;
+  return showsNothing ? fullNumber(value) : text;
+}
+
+std::string withPercentSign(const std::string& text, const text::LocaleForms& forms) {
+  return forms.beforePercentage + withDecimalMark(text, forms) + forms.behindPercentage;
+}
+
+}  // namespace
+
+// The machine constant of that name; asked of the host, it would be a call in the journal.
+bool isSystemMissing(double value) { return value == std::numeric_limits<double>::lowest(); }
+
+std::string formattedNumber(double value, FormatType type, std::int32_t width, std::int32_t decimals, NumberStyle style,
+                            const text::LocaleForms& forms) {
+  if (isSystemMissing(value)) return ".";
+  if (!std::isfinite(value)) return fullNumber(value);
+  if (style == NumberStyle::full) return fullNumber(value, type);
+  const bool isPlain = style == NumberStyle::plain;
+  switch (type) {
+    case FormatType::comma:
+      return isPlain ? fixed(value, decimals) : grouped(fixed(value, decimals), ',', '.');
+    case FormatType::dot:
+      return isPlain ? fixed(value, decimals) : grouped(fixed(value, decimals), '.', ',');
+    case FormatType::dollar:
+      return isPlain ? fixed(value, decimals) : withDollar(grouped(fixed(value, decimals), ',', '.'));
+    case FormatType::percent:
+      return isPlain ? fixed(value, decimals) + "%" : withPercentSign(fixed(value, decimals), forms);
+    default:
       break;
   }
-  return fullNumber(value);  // a format of texts, or one that is not known, says nothing of numbers
+  const std::string text = unmarkedNumber(value, type, width, decimals);
+  return isPlain || type == FormatType::duration ? text : inForms(text, type, forms);
 }
 
 std::string fullNumber(double value) {
@@ -144,23 +184,25 @@ std::string fullNumber(double value, FormatType type) {
   return text.value_or(fullNumber(value));
 }
 
+std::string fullNumber(double value, FormatType type, const text::LocaleForms& forms) {
+  const std::string text = fullNumber(value, type);
+  return isSystemMissing(value) || type == FormatType::duration ? text : inForms(text, type, forms);
+}
+
 std::string countText(double value) {
   if (isSystemMissing(value)) return ".";
   return std::isfinite(value) ? fixed(value, 0) : fullNumber(value);
 }
 
-std::string percentText(double value) {
-  if (isSystemMissing(value)) return ".";
-  if (!std::isfinite(value)) return fullNumber(value) + "%";
-  std::string text;
-  for (std::int32_t decimals = 1; decimals <= mostPercentDecimals; ++decimals) {
-    text = fixed(value, decimals);
-    const bool seemsNothing = value != 0 && text.find_first_of("123456789") == std::string::npos;
-    const bool seemsWhole = std::fabs(value) < 100 && (text.starts_with("100") || text.starts_with("-100"));
-    if (!seemsNothing && !seemsWhole) break;
-  }
-  const bool showsNothing = value != 0 && text.find_first_of("123456789") == std::string::npos;
-  return (showsNothing ? fullNumber(value) : text) + "%";
+std::string countText(double value, const text::LocaleForms& forms) {
+  const std::string text = countText(value);
+  return isSystemMissing(value) || !std::isfinite(value) ? text : withGroups(text, forms);
+}
+
+std::string percentText(double value) { return isSystemMissing(value) ? "." : percentage(value) + "%"; }
+
+std::string percentText(double value, const text::LocaleForms& forms) {
+  return isSystemMissing(value) ? "." : withPercentSign(percentage(value), forms);
 }
 
 }  // namespace workbench::output

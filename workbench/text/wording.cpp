@@ -30,6 +30,10 @@ using Bundle = std::unique_ptr<UResourceBundle, CloseBundle>;
 
 constexpr const char* packageName = "wording";
 
+// The keys of what a language says of dates: patterns of year, month and day, and of a date and a time of day.
+constexpr const char* dateForm = "date: ^1 (year), ^2 (month), ^3 (day)";
+constexpr const char* momentForm = "moment: ^1 (date), ^2 (time of day)";
+
 Bundle openBundle(const char* name) {
   static const bool isRegistered = [] {
     UErrorCode status = U_ZERO_ERROR;
@@ -109,7 +113,7 @@ std::vector<std::string> Wording::languages() {
   return names;
 }
 
-Outcome<std::unique_ptr<Wording>> Wording::load(std::string_view languageTag) {
+Outcome<std::unique_ptr<Wording>> Wording::load(std::string_view languageTag, std::string_view numberLocale) {
   const std::vector<std::string> known = languages();
   const std::string language = languageOf(languageTag);
   if (std::find(known.begin(), known.end(), language) == known.end()) {
@@ -132,6 +136,9 @@ Outcome<std::unique_ptr<Wording>> Wording::load(std::string_view languageTag) {
   });
   forEachRow<2>(bundle.get(), "errors",
                 [&](std::array<std::string, 2> row) { wording->errorTexts_[numberOf(row[0])] = std::move(row[1]); });
+  wording->forms_ = numberFormsOf(numberLocale.empty() ? languageTag : numberLocale);
+  wording->forms_.date = wording->resolve(dateForm);
+  wording->forms_.moment = wording->resolve(momentForm);
   return wording;
 }
 
@@ -165,18 +172,7 @@ const Wording& wordingInForce() {
 }
 
 std::string sentence(std::string_view pattern, std::initializer_list<std::string_view> items) {
-  const std::string wording = wordingInForce().resolve(pattern);
-  std::string text;
-  for (std::size_t at = 0; at < wording.size(); ++at) {
-    const bool isItem = wording[at] == '^' && at + 1 < wording.size() && wording[at + 1] >= '1' &&
-                        wording[at + 1] < '1' + static_cast<char>(items.size());
-    if (isItem) {
-      text += items.begin()[wording[++at] - '1'];
-    } else {
-      text += wording[at];
-    }
-  }
-  return text;
+  return filledForm(wordingInForce().resolve(pattern), items);
 }
 
 }  // namespace workbench::text

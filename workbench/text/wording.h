@@ -18,18 +18,22 @@
 #include <vector>
 
 #include "workbench/runtime/outcome.h"
+#include "workbench/text/locale_forms.h"
 
 namespace workbench::text {
 
 class Wording {
  public:
   // The wording for a language tag ("de", "de-AT") or a locale's name ("de_AT.UTF-8"; "C", "POSIX" and an empty one
-  // are English). A language without a wording is a problem that lists those that have one.
-  static Outcome<std::unique_ptr<Wording>> load(std::string_view languageTag);
+  // are English). A language without a wording is a problem that lists those that have one. Numbers are written as in
+  // the second locale when one is named, else as in the first.
+  static Outcome<std::unique_ptr<Wording>> load(std::string_view languageTag, std::string_view numberLocale = {});
   // All languages that there are, in alphabetical order.
   static std::vector<std::string> languages();
 
   const std::string& language() const { return language_; }
+  // How numbers and dates are written for people.
+  const LocaleForms& forms() const { return forms_; }
 
   // The text for a key; a key without wording is returned as it is.
   std::string resolve(std::string_view key) const;
@@ -46,6 +50,7 @@ class Wording {
   Wording() = default;
 
   std::string language_;
+  LocaleForms forms_;
   std::map<std::string, std::string, std::less<>> texts_;
   std::map<std::pair<std::string, std::int64_t>, std::string> catalogTexts_;
   std::map<std::int64_t, std::string> errorTexts_;

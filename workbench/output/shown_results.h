@@ -1,0 +1,35 @@
+// What of a document people see, in whatever format: tables, notes, and the messages that a procedure wants among its
+// results. All other messages belong on standard error.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/output/document.h"
+#include "workbench/output/text_rendering.h"
+
+namespace workbench::output {
+
+// A command with what it shows: at least one item. Valid as long as the document.
+struct ShownCommand {
+  const Command* command = nullptr;
+  std::vector<const Item*> items;
+};
+
+// The commands that show something. With the key of a table, tables that were opened under it are all that is shown.
+std::vector<ShownCommand> shownCommands(const Document& document, const std::optional<std::string>& onlyTable);
+
+// The table of a shown item; null when it is none.
+const Table* tableOf(const Item& item);
+// The key under which a table was opened; empty when it has none.
+std::string_view keyOf(const Table& table);
+
+bool belongsToResults(const Message& message);
+
+// What stands before a message: "Error 7414 (line 3, column 14)".
+std::string messageLabel(const Message& message, const text::Wording& wording);
+// A note as a sentence.
+std::string noteSentence(const Note& note, const text::Wording& wording, TextStyle style);
+
+}  // namespace workbench::output

@@ -19,7 +19,7 @@ constexpr int widestHeader = 24;  // header texts are
 constexpr int margin = 2;         // beside the text of a column
 constexpr int filterButton = 3;
 constexpr int widestFrozenLabels = 60;  // more would leave no room for what is scrolled
-constexpr int widestOnePage = 160;      // what is wider would be printed too small on one page
+constexpr int widestOnePage = 220;      // what is wider would be printed too small on one page
 constexpr double lineHeight = 15;       // in points
 constexpr double highest = 409;         // of a row
 
@@ -99,7 +99,7 @@ class SheetDrawing {
     }
     // Where no title stands, the corner looks like the rest of the header.
     if (layout_.corner.empty() && layout_.headerColumns > 0) {
-      fill({headerTop_, 0, bodyTop_ - 1, static_cast<lxw_col_t>(layout_.headerColumns - 1)}, XlsxLook::columnHeader);
+      fill({headerTop_, 0, bodyTop_ - 1, static_cast<lxw_col_t>(layout_.headerColumns - 1)}, XlsxLook::headerSpace);
     }
   }
 
@@ -125,7 +125,7 @@ class SheetDrawing {
   // button of the filter.
   void drawHeader(const HeaderCell& cell, Area area, XlsxLook look) {
     if (isFiltered_ && area.bottom > area.top) {
-      fill({area.top, area.left, area.bottom - 1, area.right}, look);
+      fill({area.top, area.left, area.bottom - 1, area.right}, XlsxLook::headerSpace);
       area.top = area.bottom;
     }
     const XlsxCell content = headerContent(cell);
@@ -278,6 +278,9 @@ class SheetDrawing {
     worksheet_set_landscape(sheet_);
     if (std::accumulate(widths_.begin(), widths_.end(), 0) <= widestOnePage) worksheet_fit_to_pages(sheet_, 1, 0);
     workbook_.note(worksheet_repeat_rows(sheet_, 0, bodyTop_ - 1));
+    if (layout_.headerColumns > 0) {
+      workbook_.note(worksheet_repeat_columns(sheet_, 0, static_cast<lxw_col_t>(layout_.headerColumns - 1)));
+    }
   }
 
   XlsxWorkbook& workbook_;

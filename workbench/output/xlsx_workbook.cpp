@@ -58,6 +58,13 @@ void apply(lxw_format* format, XlsxLook look) {
       format_set_align(format, LXW_ALIGN_CENTER);
       format_set_align(format, LXW_ALIGN_VERTICAL_BOTTOM);
       break;
+    case XlsxLook::headerSpace:
+      format_set_bg_color(format, headerColor);
+      format_set_left(format, LXW_BORDER_THIN);
+      format_set_left_color(format, ruleColor);
+      format_set_right(format, LXW_BORDER_THIN);
+      format_set_right_color(format, ruleColor);
+      break;
     case XlsxLook::rowHeader:
       makeHeader(format);
       format_set_align(format, LXW_ALIGN_LEFT);

@@ -19,7 +19,7 @@
 namespace workbench::output {
 
 // What a cell looks like beside its number format.
-enum class XlsxLook { plain, title, heading, columnHeader, rowHeader, body, note, link };
+enum class XlsxLook { plain, title, heading, columnHeader, headerSpace, rowHeader, body, note, link };
 
 class XlsxWorkbook {
  public:

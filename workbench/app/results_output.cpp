@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "workbench/app/verdict.h"
+#include "workbench/output/moment.h"
 #include "workbench/output/terminal_writer.h"
 
 namespace workbench::app {
@@ -72,6 +73,14 @@ void removeTables(Document& document, const std::function<bool(const output::Tab
   }
 }
 
+// What is drawn from all tables of a command has no place beside a single one.
+void removeAnswers(Document& document) {
+  for (const auto& command : document.commands) {
+    command->answer.reset();
+    command->charts.clear();
+  }
+}
+
 // Beside its place until all of it is written.
 Outcome<Done> writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
   const std::string temporary = fmt::format("{}.{}.tmp", path, getpid());
@@ -99,7 +108,7 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{wording_, ordinaryWidth, false, std::nullopt};
+  const output::TextOptions options{.wording = wording_, .width = ordinaryWidth};
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
       output::writeDiagnostics(std::cerr, *command, options);
@@ -111,10 +120,12 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   if (choice_.noCaseTable) removeTables(document, isCaseTable);
   if (choice_.onlyTable) {
     removeTables(document, [&](const output::Table& table) { return tableKey(table) != *choice_.onlyTable; });
+    removeAnswers(document);
   }
   const bool toFile = choice_.file.has_value();
   if (!toFile && choice_.quiet) return Done{};
-  const output::TextOptions options{wording_, toFile ? ordinaryWidth : terminalWidth(), false, std::nullopt};
+  const output::TextOptions options{wording_, toFile ? ordinaryWidth : terminalWidth(), false, std::nullopt,
+                                    output::momentOfResults()};
   const auto write = [&](std::ostream& out) { format_.write(out, document, options); };
   if (toFile) return writeFile(*choice_.file, write);
   write(std::cout);

@@ -7,7 +7,8 @@
 #include <utility>
 
 #include "workbench/output/display_text.h"
-#include "workbench/output/sentences.h"
+#include "workbench/output/message_text.h"
+#include "workbench/output/phrase.h"
 #include "workbench/output/table_layout.h"
 #include "workbench/output/terminal_table.h"
 
@@ -31,6 +32,10 @@ bool isShown(const Item& item, const TextOptions& options) {
   return message == nullptr || belongsToResults(*message);
 }
 
+bool showsAnswer(const Command& command, const TextOptions& options) {
+  return command.answer.has_value() && !options.onlyTable;
+}
+
 std::string visibleText(const Text& text, const TextOptions& options) {
   return visible(shown(text, options.wording, terminalStyle));
 }
@@ -39,40 +44,17 @@ void writeParagraph(std::ostream& out, const std::string& text, int width) {
   for (const std::string& line : wrapped(text, width > 0 ? width : anyWidth)) out << line << '\n';
 }
 
-struct Level {
-  std::string_view name;
-  std::string_view color;
-};
-
-Level levelOf(int level) {
+std::string_view colorOf(int level) {
   switch (level) {
     case static_cast<int>(BpErrorLevel::note):
-      return {sentences::note, "\x1b[36m"};
+      return "\x1b[36m";
     case static_cast<int>(BpErrorLevel::warning):
-      return {sentences::warning, "\x1b[33m"};
+      return "\x1b[33m";
     case static_cast<int>(BpErrorLevel::severeError):
-      return {sentences::severeError, "\x1b[1;31m"};
+      return "\x1b[1;31m";
     default:
-      return {sentences::error, "\x1b[31m"};
+      return "\x1b[31m";
   }
-}
-
-std::string noteSentence(const Note& note, const TextOptions& options) {
-  const std::string first = visibleText(note.texts[0], options);
-  const std::string second = visibleText(note.texts[1], options);
-  const std::string third = visibleText(note.texts[2], options);
-  if (note.group == static_cast<int>(BpNoteKind::savedFile)) {
-    return shownSentence(sentences::savedFile, {first, third}, options.wording);
-  }
-  if (note.group == static_cast<int>(BpNoteKind::addedVariable)) {
-    return shownSentence(sentences::addedVariable, {third}, options.wording);
-  }
-  std::string all;
-  for (const std::string& text : {first, second, third}) {
-    if (!all.empty() && !text.empty()) all += ' ';
-    all += text;
-  }
-  return all;
 }
 
 void writeTable(std::ostream& out, const Table& table, const TextOptions& options) {
@@ -87,9 +69,17 @@ void writeItem(std::ostream& out, const Item& item, const TextOptions& options) 
   if (const auto* message = std::get_if<Message>(&item)) {
     writeMessage(out, *message, options);
   } else if (const auto* note = std::get_if<Note>(&item)) {
-    writeParagraph(out, noteSentence(*note, options), options.width);
+    writeParagraph(out, visible(noteSentence(*note, options.wording, terminalStyle)), options.width);
   } else {
     writeTable(out, *std::get<std::unique_ptr<Table>>(item), options);
+  }
+}
+
+// The sentence that says what the results come to, before all of them.
+void writeAnswer(std::ostream& out, const Answer& answer, const TextOptions& options) {
+  const int width = options.width > 0 ? options.width : anyWidth;
+  for (const std::string& line : wrapped(shownAnswer(answer, options.wording), width)) {
+    out << emphasized(line, options) << '\n';
   }
 }
 
@@ -105,8 +95,9 @@ void writeHeading(std::ostream& out, const std::string& name, const TextOptions&
 void writeText(std::ostream& out, const Document& document, const TextOptions& options) {
   std::vector<const Command*> showing;
   for (const std::unique_ptr<Command>& command : document.commands) {
-    const bool shows = std::any_of(command->items.begin(), command->items.end(),
-                                   [&](const Item& item) { return isShown(item, options); });
+    const bool shows =
+        showsAnswer(*command, options) || std::any_of(command->items.begin(), command->items.end(),
+                                                      [&](const Item& item) { return isShown(item, options); });
     if (shows) showing.push_back(command.get());
   }
   const char* separator = "";
@@ -114,6 +105,10 @@ void writeText(std::ostream& out, const Document& document, const TextOptions& o
     if (showing.size() > 1) {
       out << std::exchange(separator, "");
       writeHeading(out, command->name, options);
+    }
+    if (showsAnswer(*command, options)) {
+      out << std::exchange(separator, "\n");
+      writeAnswer(out, *command->answer, options);
     }
     for (const Item& item : command->items) {
       if (!isShown(item, options)) continue;
@@ -131,21 +126,13 @@ void writeDiagnostics(std::ostream& out, const Command& command, const TextOptio
 }
 
 void writeMessage(std::ostream& out, const Message& message, const TextOptions& options) {
-  const Level level = levelOf(message.level);
-  std::string label = options.wording.resolve(level.name);
-  if (message.number) label += fmt::format(" {}", *message.number);
-  if (message.line) {
-    label +=
-        fmt::format(" ({})", shownSentence(sentences::place,
-                                           {std::to_string(*message.line), std::to_string(message.column.value_or(1))},
-                                           options.wording));
-  }
+  const std::string label = messageLabel(message, options.wording);
   std::string paragraph = label + ": " + visibleText(message.text, options);
   if (options.color) {
     // The label is cut off again after wrapping, so that its colour takes no columns.
     std::vector<std::string> lines = wrapped(paragraph, options.width > 0 ? options.width : anyWidth);
     if (lines[0].starts_with(label))
-      lines[0] = fmt::format("{}{}\x1b[0m{}", level.color, label, lines[0].substr(label.size()));
+      lines[0] = fmt::format("{}{}\x1b[0m{}", colorOf(message.level), label, lines[0].substr(label.size()));
     for (const std::string& line : lines) out << line << '\n';
     return;
   }

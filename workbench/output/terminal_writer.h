@@ -3,6 +3,7 @@
 // Nothing that came from data can act on the terminal: control characters are made visible. Texts are UTF-8.
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -17,6 +18,7 @@ struct TextOptions {
   int width = 80;                             // columns of the terminal; 0: any number
   bool color = false;                         // also bold titles
   std::optional<std::string> onlyTable = {};  // the key of the only table to show
+  std::optional<std::int64_t> moment = {};    // at which the results were made (moment.h), for formats that show it
 };
 
 // What belongs among the results: tables, notes, and the messages that a procedure wants there. When several commands

@@ -63,6 +63,7 @@ class Rules(unittest.TestCase):
     def test_words_of_the_procedure_are_found_outside_their_places_only(self):
         self.put("workbench/text/en.txt", "CD_Active COMPARE DATASETS")
         self.put("workbench/app/verdict.cpp", '"CD_Active"')
+        self.put("workbench/app/verdict_figures.cpp", '"CD_Active"')
         self.put("workbench/app/compare_job.cpp", '"COMPARE DATASETS"')
         self.assertEqual(list(source_rules.words_out_of_place(self.root)), [])
         self.put("workbench/app/main.cpp", 'find("CD_Active");\nload("COMPDATAS");\n')

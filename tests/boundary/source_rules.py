@@ -23,8 +23,8 @@ STANDARD_HEADERS = set(
 )
 
 # Where in the workbench the procedure's own words may stand.
-KEYS_ALLOWED = re.compile(r"workbench/(text/|app/verdict\.)")
-NAMES_ALLOWED = re.compile(r"workbench/(text/|app/verdict\.|app/compare_job\.)")
+KEYS_ALLOWED = re.compile(r"workbench/(text/|app/verdict(_\w+)?\.)")
+NAMES_ALLOWED = re.compile(r"workbench/(text/|app/verdict(_\w+)?\.|app/compare_job\.)")
 
 
 def source_files(root, folder):

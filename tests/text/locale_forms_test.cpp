@@ -59,6 +59,9 @@ TEST(LocaleForms, OfAWordingMayBeThoseOfAnotherLocale) {
   EXPECT_EQ(wording->language(), "en");
   EXPECT_EQ(wording->forms().decimalMark, ",");
   EXPECT_EQ(wording->forms().date, "^1-^2-^3");
+  EXPECT_EQ(wording->locale(), "en");
+  EXPECT_EQ((*Wording::load("de_AT.UTF-8"))->locale(), "de_AT");
+  EXPECT_EQ((*Wording::load("C"))->locale(), "en");
 }
 
 }  // namespace

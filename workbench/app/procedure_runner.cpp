@@ -4,6 +4,8 @@
 #include <array>
 #include <exception>
 #include <memory>
+#include <span>
+#include <utility>
 
 #include "host/messages.h"
 #include "workbench/data/output_set.h"
@@ -56,21 +58,22 @@ output::Command::Outcome callWithSurroundings(Session& session, EntryPoint entry
   return run.command().openedTable() ? Outcome::completed : Outcome::refused;
 }
 
-// The flags that are not 0 among the first cases of the active dataset.
-std::optional<std::int64_t> countFlags(Session& session, const std::string& variable, std::int64_t cases) {
+// Flags of the active dataset, as FlagLookup has it.
+bool visitFlags(Session& session, const std::string& variable, std::int64_t cases, const FlagVisit& visit) {
   const std::shared_ptr<data::Dataset> dataset = session.datasets.active();
   const std::int32_t index = dataset->dictionary().find(variable);
-  if (index < dataset->baseVariables()) return std::nullopt;
+  if (index < dataset->baseVariables()) return false;
   const data::AddedColumn& column = dataset->column(index);
-  std::array<OBS, 4096> flags;
-  std::int64_t notEqual = 0;
-  for (std::int64_t first = 0; first < cases; first += static_cast<std::int64_t>(flags.size())) {
-    const auto count = std::min(flags.size(), static_cast<std::size_t>(cases - first));
-    column.layOver(first, flags.data(), count, 1);
-    notEqual += std::count_if(flags.begin(), flags.begin() + static_cast<std::ptrdiff_t>(count),
-                              [](const OBS& flag) { return flag.number != 0.0; });
+  std::array<OBS, 4096> slots;
+  std::array<double, slots.size()> flags;
+  for (std::int64_t first = 0; first < cases; first += static_cast<std::int64_t>(slots.size())) {
+    const auto count = std::min(slots.size(), static_cast<std::size_t>(cases - first));
+    column.layOver(first, slots.data(), count, 1);
+    std::transform(slots.begin(), slots.begin() + static_cast<std::ptrdiff_t>(count), flags.begin(),
+                   [](const OBS& slot) { return slot.number; });
+    visit(std::span(flags).first(count));
   }
-  return notEqual;
+  return true;
 }
 
 }  // namespace
@@ -96,13 +99,17 @@ std::optional<output::Verdict> runProcedure(Session& session, CommandRun& run) {
 
   std::optional<ComparisonVerdict> verdict;
   try {
-    verdict = verdictOf(
-        command, [&](const std::string& variable, std::int64_t cases) { return countFlags(session, variable, cases); });
+    verdict = verdictOf(command, [&](const std::string& variable, std::int64_t cases, const FlagVisit& visit) {
+      return visitFlags(session, variable, cases, visit);
+    });
   } catch (const ErrorText& error) {
     run.refuse({error.GetText(), "", ""});
     command.outcome = Outcome::failed;
+    verdict = verdictOf(command, {});
   }
   if (!verdict) return std::nullopt;
+  command.answer = std::move(verdict->answer);
+  command.charts = std::move(verdict->charts);
   if (verdict->isGuess) {
     run.say(BpErrorLevel::note,
             text::sentence("Neither the summary tables nor a flag variable were asked for, so it is not known whether "

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "workbench/app/verdict.h"
+#include "workbench/output/moment.h"
 #include "workbench/output/terminal_writer.h"
 
 namespace workbench::app {
@@ -86,6 +87,14 @@ void removeTables(Document& document, const std::function<bool(const output::Tab
   }
 }
 
+// What is drawn from all tables of a command has no place beside a single one.
+void removeAnswers(Document& document) {
+  for (const auto& command : document.commands) {
+    command->answer.reset();
+    command->charts.clear();
+  }
+}
+
 // Beside its place until all of it is written.
 Outcome<Done> writeFile(const std::string& path, const std::function<Outcome<Done>(std::ostream&)>& write) {
   const std::string temporary = fmt::format("{}.{}.tmp", path, getpid());
@@ -136,7 +145,7 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{wording_, ordinaryWidth, false, std::nullopt};
+  const output::TextOptions options{.wording = wording_, .width = ordinaryWidth};
   if (choice_.onlyTable && !choice_.quiet) warnOfMissingTable(document);
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
@@ -159,10 +168,14 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   if (choice_.noCaseTable) removeTables(document, isCaseTable);
   if (choice_.onlyTable && !format_.holdsOneTable) {
     removeTables(document, [&](const output::Table& table) { return tableKey(table) != *choice_.onlyTable; });
+    removeAnswers(document);
   }
   const bool toFile = choice_.file.has_value();
   if (!toFile && choice_.quiet) return Done{};
-  output::TextOptions options{.wording = wording_, .width = toFile ? ordinaryWidth : terminalWidth(), .date = date_};
+  output::TextOptions options{.wording = wording_,
+                              .width = toFile ? ordinaryWidth : terminalWidth(),
+                              .moment = output::momentOfResults(),
+                              .date = date_};
   if (format_.holdsOneTable) options.onlyTable = choice_.onlyTable;
   const auto write = [&](std::ostream& out) { return format_.write(out, document, options); };
   if (toFile) return writeFile(*choice_.file, write);

@@ -138,6 +138,57 @@ struct Table {
   }
 };
 
+enum class Verdict { same, different, trouble };
+
+// A phrase of the workbench about numbers, in no language yet: the key of its wording, which is a message pattern, and
+// the numbers in the places of {0}, {1}, ...
+struct Phrase {
+  std::string pattern;
+  std::vector<double> numbers;
+};
+
+// What a command's results come to, in one sentence.
+struct Answer {
+  Verdict verdict = Verdict::same;
+  std::vector<Phrase> clauses;  // at least one; semicolons join them
+};
+
+// Pictures of a command's results, as numbers: a renderer for people may draw them.
+
+// How many of a whole fall on each of several things. Those that none falls on are not among the bars.
+struct BarChart {
+  struct Bar {
+    Text label;
+    double count = 0;
+  };
+  Phrase title;
+  double whole = 0;
+  std::vector<Bar> bars;  // the largest first
+  std::size_t empty = 0;  // things without a bar
+};
+
+// Where along a sequence of cases something lies: how often in each of several stretches, which are of equal length but
+// for a case.
+struct StripChart {
+  Phrase title;
+  std::int64_t cases = 0;      // stretch i of n begins behind the first cases * i / n of them
+  std::vector<double> counts;  // per stretch
+  std::optional<Phrase> note;  // what has to be known of it
+};
+
+// Several wholes, each divided into the same parts.
+struct PartsChart {
+  struct Whole {
+    Phrase label;
+    std::vector<double> counts;  // per part
+  };
+  Phrase title;
+  std::vector<Phrase> parts;
+  std::vector<Whole> wholes;
+};
+
+using Chart = std::variant<PartsChart, BarChart, StripChart>;
+
 // A table stands at the place at which it was opened.
 using Item = std::variant<Message, Note, std::unique_ptr<Table>>;
 
@@ -150,12 +201,12 @@ struct Command {
   std::optional<std::string> procedureTitle;
   int procedureCode = 0;
   std::vector<Item> items;
+  std::optional<Answer> answer;  // drawn from the items, as the charts are
+  std::vector<Chart> charts;
 
   // Whether a table was opened, be it that it was destroyed afterwards.
   bool openedTable() const;
 };
-
-enum class Verdict { same, different, trouble };
 
 struct Document {
   std::vector<std::unique_ptr<Command>> commands;

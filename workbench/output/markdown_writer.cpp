@@ -8,6 +8,8 @@
 
 #include "workbench/output/flat_grid.h"
 #include "workbench/output/markdown_text.h"
+#include "workbench/output/message_text.h"
+#include "workbench/output/phrase.h"
 #include "workbench/output/shown_results.h"
 
 namespace workbench::output {
@@ -31,11 +33,16 @@ class MarkdownPage {
     tableHeading_ = commands.size() > 1 ? "###" : "##";
     for (const ShownCommand& shown : commands) {
       if (commands.size() > 1) startBlock() << "## " << markdownText(shown.command->name) << '\n';
+      if (shown.answer != nullptr) startBlock() << "**" << answerOf(shown) << "**\n";
       for (const Item* item : shown.items) write(*item);
     }
   }
 
  private:
+  std::string answerOf(const ShownCommand& shown) const {
+    return markdownText(shownAnswer(*shown.answer, options_.wording));
+  }
+
   void write(const Item& item) {
     if (const auto* message = std::get_if<Message>(&item)) {
       startBlock() << fmt::format("**{}:** {}\n", markdownText(messageLabel(*message, options_.wording)),

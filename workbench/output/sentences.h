@@ -39,4 +39,37 @@ inline constexpr std::string_view workbookFailed = sentence("The workbook cannot
 inline constexpr std::string_view roomForWorkbook =
     sentence("Make room in ^1, or name another folder by the environment variable TMPDIR.");
 
+// Of the HTML report.
+inline constexpr std::string_view skip = sentence("Skip to the results");
+inline constexpr std::string_view results = sentence("Results");
+inline constexpr std::string_view noResults = sentence("There are no results.");
+inline constexpr std::string_view unknownCommand = sentence("Unknown command");
+inline constexpr std::string_view same = sentence("No difference");
+inline constexpr std::string_view different = sentence("Different");
+inline constexpr std::string_view trouble = sentence("Trouble");
+inline constexpr std::string_view contents = sentence("Contents");
+inline constexpr std::string_view pictures = sentence("At a glance");
+inline constexpr std::string_view messages = sentence("Messages and notes");
+inline constexpr std::string_view commands = sentence("Commands of the job");
+inline constexpr std::string_view made = sentence("Made by compare-datasets on");
+inline constexpr std::string_view copyTable = sentence("Copy the table");
+inline constexpr std::string_view copied = sentence("Copied");
+inline constexpr std::string_view notCopied = sentence("The browser did not allow copying.");
+inline constexpr std::string_view filterRows = sentence("Rows that differ in");
+inline constexpr std::string_view allRows = sentence("any column, or none");
+// The page's script puts its numbers in the places of {0} and {1}.
+inline constexpr std::string_view rowsShown = sentence("{0} of {1} rows");
+
+// Message patterns of pictures, as Phrase has them.
+inline constexpr std::string_view moreBars =
+    sentence("{0, plural, one {# more variable has} other {# more variables have}} fewer.");
+inline constexpr std::string_view emptyBars =
+    sentence("{0, plural, one {# variable has} other {# variables have}} none.");
+inline constexpr std::string_view caseNumber = sentence("Case {0}");
+inline constexpr std::string_view strip = sentence(
+    "{0} of {1} equal stretches of the dataset {0, plural, one {has} other {have}} any; most, {2}, lie in cases {3} to "
+    "{4}.");
+inline constexpr std::string_view stripOfCases = sentence(
+    "{0} of {1} equal stretches of the dataset {0, plural, one {has} other {have}} any; most, {2}, at case {3}.");
+
 }  // namespace workbench::output::sentences

@@ -1,10 +1,6 @@
 #include "workbench/output/shown_results.h"
 
-#include <fmt/format.h>
-
 #include <utility>
-
-#include "workbench/output/sentences.h"
 
 namespace workbench::output {
 namespace {
@@ -20,29 +16,17 @@ bool isShown(const Item& item, const std::optional<std::string>& onlyTable) {
   return message == nullptr || belongsToResults(*message);
 }
 
-std::string_view levelName(int level) {
-  switch (level) {
-    case static_cast<int>(BpErrorLevel::note):
-      return sentences::note;
-    case static_cast<int>(BpErrorLevel::warning):
-      return sentences::warning;
-    case static_cast<int>(BpErrorLevel::severeError):
-      return sentences::severeError;
-    default:
-      return sentences::error;
-  }
-}
-
 }  // namespace
 
 std::vector<ShownCommand> shownCommands(const Document& document, const std::optional<std::string>& onlyTable) {
   std::vector<ShownCommand> showing;
   for (const std::unique_ptr<Command>& command : document.commands) {
-    ShownCommand shown{command.get(), {}};
+    ShownCommand shown{command.get(), nullptr, {}};
+    if (command->answer && !onlyTable) shown.answer = &*command->answer;
     for (const Item& item : command->items) {
       if (isShown(item, onlyTable)) shown.items.push_back(&item);
     }
-    if (!shown.items.empty()) showing.push_back(std::move(shown));
+    if (shown.answer != nullptr || !shown.items.empty()) showing.push_back(std::move(shown));
   }
   return showing;
 }
@@ -58,34 +42,5 @@ std::string_view keyOf(const Table& table) {
 }
 
 bool belongsToResults(const Message& message) { return message.show == static_cast<int>(BpErrorShow::results); }
-
-std::string messageLabel(const Message& message, const text::Wording& wording) {
-  std::string label = wording.resolve(levelName(message.level));
-  if (message.number) label += fmt::format(" {}", *message.number);
-  if (message.line) {
-    const std::string line = std::to_string(*message.line);
-    const std::string column = std::to_string(message.column.value_or(1));
-    label += fmt::format(" ({})", shownSentence(sentences::place, {line, column}, wording));
-  }
-  return label;
-}
-
-std::string noteSentence(const Note& note, const text::Wording& wording, TextStyle style) {
-  const std::string first = shown(note.texts[0], wording, style);
-  const std::string second = shown(note.texts[1], wording, style);
-  const std::string third = shown(note.texts[2], wording, style);
-  if (note.group == static_cast<int>(BpNoteKind::savedFile)) {
-    return shownSentence(sentences::savedFile, {first, third}, wording);
-  }
-  if (note.group == static_cast<int>(BpNoteKind::addedVariable)) {
-    return shownSentence(sentences::addedVariable, {third}, wording);
-  }
-  std::string all;
-  for (const std::string& text : {first, second, third}) {
-    if (!all.empty() && !text.empty()) all += ' ';
-    all += text;
-  }
-  return all;
-}
 
 }  // namespace workbench::output

@@ -1,19 +1,20 @@
-// What of a document people see, in whatever format: tables, notes, and the messages that a procedure wants among its
-// results. All other messages belong on standard error.
+// What of a document people see, in whatever format: answers, tables, notes, and the messages that a procedure wants
+// among its results. All other messages belong on standard error.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "workbench/output/document.h"
-#include "workbench/output/text_rendering.h"
 
 namespace workbench::output {
 
-// A command with what it shows: at least one item. Valid as long as the document.
+// A command with what it shows: an answer, items, or both. Valid as long as the document.
 struct ShownCommand {
   const Command* command = nullptr;
+  const Answer* answer = nullptr;  // null when there is none to show
   std::vector<const Item*> items;
 };
 
@@ -26,10 +27,5 @@ const Table* tableOf(const Item& item);
 std::string_view keyOf(const Table& table);
 
 bool belongsToResults(const Message& message);
-
-// What stands before a message: "Error 7414 (line 3, column 14)".
-std::string messageLabel(const Message& message, const text::Wording& wording);
-// A note as a sentence.
-std::string noteSentence(const Note& note, const text::Wording& wording, TextStyle style);
 
 }  // namespace workbench::output

@@ -236,4 +236,9 @@ bool isNumber(const Text& text) {
   return value != nullptr && std::holds_alternative<double>(value->value);
 }
 
+bool showsSeveralValues(const Text& text) {
+  const auto* composite = std::get_if<CompositeText>(&text.held);
+  return composite != nullptr && composite->items.size() > 1 && composite->pattern.find('\n') != std::string::npos;
+}
+
 }  // namespace workbench::output

@@ -73,4 +73,7 @@ std::string footnoteMark(std::int32_t note);
 // Whether a text stands on the right of its cell, as numbers do.
 bool isNumber(const Text& text);
 
+// Whether a text shows several values one below the other, as a procedure does where the two sides of a case differ.
+bool showsSeveralValues(const Text& text);
+
 }  // namespace workbench::output

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "workbench/output/display_text.h"
+#include "workbench/output/message_text.h"
+#include "workbench/output/phrase.h"
 #include "workbench/output/shown_results.h"
 #include "workbench/output/table_layout.h"
 #include "workbench/output/terminal_table.h"
@@ -55,6 +57,14 @@ void writeItem(std::ostream& out, const Item& item, const TextOptions& options) 
   }
 }
 
+// The sentence that says what the results come to, before all of them.
+void writeAnswer(std::ostream& out, const Answer& answer, const TextOptions& options) {
+  const int width = options.width > 0 ? options.width : anyWidth;
+  for (const std::string& line : wrapped(shownAnswer(answer, options.wording), width)) {
+    out << emphasized(line, options) << '\n';
+  }
+}
+
 void writeHeading(std::ostream& out, const std::string& name, const TextOptions& options) {
   const std::string heading = visible(name);
   out << emphasized(heading, options) << '\n';
@@ -71,6 +81,10 @@ void writeText(std::ostream& out, const Document& document, const TextOptions& o
     if (showing.size() > 1) {
       out << std::exchange(separator, "");
       writeHeading(out, shown.command->name, options);
+    }
+    if (shown.answer != nullptr) {
+      out << std::exchange(separator, "\n");
+      writeAnswer(out, *shown.answer, options);
     }
     for (const Item* item : shown.items) {
       out << std::exchange(separator, "\n");

@@ -18,7 +18,8 @@ struct TextOptions {
   int width = 80;                             // columns of the terminal; 0: any number
   bool color = false;                         // also bold titles
   std::optional<std::string> onlyTable = {};  // the key of the only table to show
-  std::optional<std::int64_t> date = {};      // in seconds since 1970, where a format has to have one
+  std::optional<std::int64_t> moment = {};    // at which the results were made (moment.h), for formats that show it
+  std::optional<std::int64_t> date = {};  // the same where it is given from outside, for formats that have to have one
 };
 
 // What belongs among the results: tables, notes, and the messages that a procedure wants there. When several commands

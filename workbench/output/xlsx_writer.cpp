@@ -5,6 +5,8 @@
 #include <map>
 #include <vector>
 
+#include "workbench/output/message_text.h"
+#include "workbench/output/phrase.h"
 #include "workbench/output/sentences.h"
 #include "workbench/output/shown_results.h"
 #include "workbench/output/xlsx_sheet.h"
@@ -51,6 +53,7 @@ class WorkbookWriter {
   }
 
   void writeSentences(const ShownCommand& shown) {
+    if (shown.answer != nullptr) writeLine(shownAnswer(*shown.answer, wording_), XlsxLook::heading);
     for (const Item* item : shown.items) {
       if (const auto* message = std::get_if<Message>(item)) {
         writeLine(fmt::format("{}: {}", messageLabel(*message, wording_), textOf(message->text)), XlsxLook::plain);

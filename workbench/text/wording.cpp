@@ -136,7 +136,10 @@ Outcome<std::unique_ptr<Wording>> Wording::load(std::string_view languageTag, st
   });
   forEachRow<2>(bundle.get(), "errors",
                 [&](std::array<std::string, 2> row) { wording->errorTexts_[numberOf(row[0])] = std::move(row[1]); });
-  wording->forms_ = numberFormsOf(numberLocale.empty() ? languageTag : numberLocale);
+  const std::string_view ofNumbers = numberLocale.empty() ? languageTag : numberLocale;
+  wording->forms_ = numberFormsOf(ofNumbers);
+  const bool isOfLanguage = languageOf(ofNumbers) == language && ofNumbers.starts_with(language);
+  wording->locale_ = isOfLanguage ? std::string(ofNumbers.substr(0, ofNumbers.find('.'))) : language;
   wording->forms_.date = wording->resolve(dateForm);
   wording->forms_.moment = wording->resolve(momentForm);
   return wording;

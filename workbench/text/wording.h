@@ -32,6 +32,9 @@ class Wording {
   static std::vector<std::string> languages();
 
   const std::string& language() const { return language_; }
+  // The language, with the region whose number forms hold where that is one of the language's: "de-AT" may be its
+  // locale, and "de", where the numbers are those of another language.
+  const std::string& locale() const { return locale_; }
   // How numbers and dates are written for people.
   const LocaleForms& forms() const { return forms_; }
 
@@ -50,6 +53,7 @@ class Wording {
   Wording() = default;
 
   std::string language_;
+  std::string locale_;
   LocaleForms forms_;
   std::map<std::string, std::string, std::less<>> texts_;
   std::map<std::pair<std::string, std::int64_t>, std::string> catalogTexts_;

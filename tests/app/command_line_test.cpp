@@ -53,7 +53,6 @@ TEST(CommandLine, OptionsThatDoNotWorkYetAreRefusedByName) {
   for (const char* later : {"--rename", "--drop", "--password-file", "--comparison-password-file"}) {
     EXPECT_NE(refusal({"compare", "a", "b", later, "x"}).find(later), std::string::npos) << later;
   }
-  EXPECT_NE(refusal({"compare", "a", "b", "--profile"}).find("--profile"), std::string::npos);
   EXPECT_NE(refusal({"compare", "a", "b", "--color", "always"}).find("--color"), std::string::npos);
   EXPECT_EQ(refusal({"compare", "a", "b", "--color", "never"}), "accepted");
   EXPECT_NE(refusal({"convert", "a", "b"}).find("convert"), std::string::npos);

@@ -20,7 +20,6 @@ struct LaterOption {
 constexpr LaterOption laterCompareOptions[] = {
     {"--rename", true},
     {"--drop", true},
-    {"--profile", false},
     {"--password-file", true},
     {"--comparison-password-file", true},
     {"--output-password-file", true},
@@ -98,6 +97,8 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
   command.add_option("--tolerance", request.tolerance,
                      "Relative difference below which numbers count as equal (default: 1e-12; 0: none)");
   command.add_option("--collation", request.collation, "Order of text case IDs: binary (default) or a locale");
+  command.add_flag("--profile", request.profile,
+                   "Also show by how much, how often and in which direction values differ");
   command.add_flag("--show-syntax", compare.showSyntax, "Print the job that is run first");
   addOutputOptions(command, compare.output);
   for (const LaterOption& option : laterCompareOptions) refuseLater(command, option);

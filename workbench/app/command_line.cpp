@@ -36,17 +36,10 @@ void refuseLater(CLI::App& command, const LaterOption& option) {
   }
 }
 
-// Colour and progress: what is not there cannot be switched on, only left off.
-void addAppearance(CLI::App& command, const std::string& name) {
-  command
-      .add_option_function<std::string>(
-          name,
-          [name](const std::string& value) {
-            if (value == "always") throw CLI::ValidationError(name, "always does not work in this version yet");
-          },
-          "auto or never")
-      ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->group("");
+void addAppearance(CLI::App& command, const std::string& name, Appearance& appearance, const std::string& help) {
+  static const std::map<std::string, Appearance> choices = {
+      {"auto", Appearance::automatic}, {"always", Appearance::always}, {"never", Appearance::never}};
+  command.add_option(name, appearance, help)->transform(CLI::CheckedTransformer(choices))->type_name("WHEN");
 }
 
 void addOutputOptions(CLI::App& command, OutputChoice& output) {
@@ -59,8 +52,10 @@ void addOutputOptions(CLI::App& command, OutputChoice& output) {
   command.add_option("--table", output.onlyTable, "Show only the table of this key")->type_name("KEY");
   command.add_flag("-q,--quiet", output.quiet, "No results on standard output, no notes and warnings");
   command.add_flag("-v,--verbose", output.verbose, "Show the diagnostic lines of procedures");
-  addAppearance(command, "--color");
-  addAppearance(command, "--progress");
+  command.add_flag("--full", output.full, "Show long lists and texts whole in the text output");
+  addAppearance(command, "--color", output.color, "Colour in the text output: auto (default), always, never");
+  addAppearance(command, "--progress", output.progress,
+                "A line on standard error that says how far the run has come: auto (default), always, never");
 }
 
 void addCompare(CLI::App& program, CompareCommand& compare) {

@@ -14,6 +14,7 @@
 
 #include "workbench/app/verdict.h"
 #include "workbench/output/terminal_writer.h"
+#include "workbench/runtime/temporary_files.h"
 
 namespace workbench::app {
 
@@ -75,14 +76,20 @@ void removeTables(Document& document, const std::function<bool(const output::Tab
 // Beside its place until all of it is written.
 Outcome<Done> writeFile(const std::string& path, const std::function<void(std::ostream&)>& write) {
   const std::string temporary = fmt::format("{}.{}.tmp", path, getpid());
-  std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
+  std::ofstream file;
+  {
+    const auto hold = temporaryFiles().hold();
+    file.open(temporary, std::ios::binary | std::ios::trunc);
+    temporaryFiles().add(temporary);
+  }
   write(file);
   file.close();
   std::error_code error;
   if (file) std::filesystem::rename(temporary, path, error);
-  if (file && !error) return Done{};
   std::error_code ignored;
-  std::filesystem::remove(temporary, ignored);
+  if (!file || error) std::filesystem::remove(temporary, ignored);
+  temporaryFiles().forget(temporary);
+  if (file && !error) return Done{};
   return Problem{text::sentence("The results cannot be written."), path,
                  text::sentence("Name a file in a folder that you can write to, with room for it.")};
 }

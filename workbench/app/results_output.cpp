@@ -41,6 +41,16 @@ int terminalWidth() {
   return ordinaryWidth;
 }
 
+// At a terminal that can show it, unless the environment asks for none.
+bool showsColor(const OutputChoice& choice, int descriptor) {
+  if (choice.color != Appearance::automatic) return choice.color == Appearance::always;
+  const char* noColor = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  const bool isUnwanted = noColor != nullptr && *noColor != '\0';
+  const bool isDumb = terminal != nullptr && std::string_view(terminal) == "dumb";
+  return isatty(descriptor) != 0 && !isUnwanted && !isDumb;
+}
+
 std::string knownFormats() {
   std::string names;
   for (const OutputFormat& format : output::outputFormats()) {
@@ -106,7 +116,9 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{wording_, ordinaryWidth, false, std::nullopt};
+  output::TextOptions options{.wording = wording_, .width = ordinaryWidth};
+  options.color = showsColor(choice_, STDERR_FILENO);
+  options.full = choice_.full;
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
       output::writeDiagnostics(std::cerr, *command, options);
@@ -121,7 +133,9 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   }
   const bool toFile = choice_.file.has_value();
   if (!toFile && choice_.quiet) return Done{};
-  const output::TextOptions options{wording_, toFile ? ordinaryWidth : terminalWidth(), false, std::nullopt};
+  output::TextOptions options{.wording = wording_, .width = toFile ? ordinaryWidth : terminalWidth()};
+  options.color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO);
+  options.full = choice_.full;
   const auto write = [&](std::ostream& out) { format_.write(out, document, options); };
   if (toFile) return writeFile(*choice_.file, write);
   write(std::cout);

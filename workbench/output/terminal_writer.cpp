@@ -32,7 +32,7 @@ bool isShown(const Item& item, const TextOptions& options) {
 }
 
 std::string visibleText(const Text& text, const TextOptions& options) {
-  return visible(shown(text, options.wording, terminalStyle));
+  return visible(shown(text, options.wording, terminalStyleOf(options)));
 }
 
 void writeParagraph(std::ostream& out, const std::string& text, int width) {
@@ -77,7 +77,7 @@ std::string noteSentence(const Note& note, const TextOptions& options) {
 
 void writeTable(std::ostream& out, const Table& table, const TextOptions& options) {
   const char* separator = "";
-  for (const TableLayout& layout : layoutsOf(table, options.wording, terminalStyle)) {
+  for (const TableLayout& layout : layoutsOf(table, options.wording, terminalStyleOf(options))) {
     out << std::exchange(separator, "\n");
     drawTable(out, layout, options);
   }

@@ -157,8 +157,8 @@ class HOST_API BpGroup {
 
 class HOST_API BpDimension final : public BpGroup {
  public:
-  // Puts the dimension into a place, ordered there by index and then by time of making. The last call counts; without
-  // one the dimension stands innermost in the rows.
+  // Puts the dimension into a place, by index, then by time of making. The last call counts; without one: innermost in
+  // the rows. The flag is for renderers: the rows are cases, told apart by the groups before all other columns.
   void Position(BpPlace place, std::int32_t index, bool hideTitle, bool flag);
 
  private:

@@ -53,10 +53,17 @@ TEST(CommandLine, OptionsThatDoNotWorkYetAreRefusedByName) {
   for (const char* later : {"--rename", "--drop", "--password-file", "--comparison-password-file"}) {
     EXPECT_NE(refusal({"compare", "a", "b", later, "x"}).find(later), std::string::npos) << later;
   }
-  EXPECT_NE(refusal({"compare", "a", "b", "--profile"}).find("--profile"), std::string::npos);
-  EXPECT_NE(refusal({"compare", "a", "b", "--color", "always"}).find("--color"), std::string::npos);
-  EXPECT_EQ(refusal({"compare", "a", "b", "--color", "never"}), "accepted");
   EXPECT_NE(refusal({"convert", "a", "b"}).find("convert"), std::string::npos);
+}
+
+TEST(CommandLine, ColourAndProgressAreAutomaticUnlessTold) {
+  const auto outputOf = [](const Outcome<ProgramOptions>& options) {
+    return std::get<CompareCommand>(options->command).output;
+  };
+  EXPECT_EQ(outputOf(read({"compare", "a", "b"})).color, Appearance::automatic);
+  EXPECT_EQ(outputOf(read({"compare", "a", "b", "--color", "always"})).color, Appearance::always);
+  EXPECT_EQ(outputOf(read({"compare", "a", "b", "--progress", "never"})).progress, Appearance::never);
+  EXPECT_NE(refusal({"compare", "a", "b", "--color", "sometimes"}).find("--color"), std::string::npos);
 }
 
 TEST(CommandLine, AFlagNameAndNoFlagExcludeEachOther) {

@@ -80,6 +80,27 @@ TEST(CompareJob, AnOutputFileWithoutAnEndingIsStillAFile) {
   EXPECT_NE(compareJob(wanted).find("MATCHNAME='./agreed'"), std::string::npos);
 }
 
+TEST(CompareJob, ProfilesTheSameVariablesBehindTheComparisonAndLeavesItsFlagVariableOut) {
+  CompareRequest wanted = request();
+  wanted.profile = true;
+  wanted.ids = {"id", "visit day"};
+  wanted.saveActive = "s.csv";
+  EXPECT_NE(compareJob(wanted).find("  /OUTPUT VARPROPERTIES=NONE.\n"
+                                    "PROFILE DIFFERENCES\n"
+                                    "  /COMPDATASET=comparison\n"
+                                    "  /VARIABLES=ALL EXCEPT='CasesCompare'\n"
+                                    "  /CASEID=id 'visit day'.\n"
+                                    "SAVE DATA"),
+            std::string::npos)
+      << compareJob(wanted);
+  wanted.variables = {"x to y"};
+  wanted.flagName = "check me";
+  EXPECT_NE(compareJob(wanted).find("/VARIABLES=x TO y EXCEPT='check me'\n"), std::string::npos) << compareJob(wanted);
+  wanted.flagName.reset();
+  wanted.noFlag = true;
+  EXPECT_EQ(compareJob(wanted).find("EXCEPT"), std::string::npos) << compareJob(wanted);
+}
+
 TEST(CompareJob, SetsToleranceAndCollationFirst) {
   CompareRequest wanted = request();
   wanted.tolerance = 0.0;

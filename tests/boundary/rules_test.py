@@ -52,9 +52,15 @@ class Rules(unittest.TestCase):
         self.put("engine/walk.cpp", '#include "workbench/data/dictionary.h"\n#include <fmt/format.h>\n#include "near.h"\n')
         self.assertEqual(len(list(source_rules.broken_includes(self.root))), 3)
 
-    def test_a_workbench_that_includes_the_plug_in_is_found(self):
-        self.put("workbench/app/main.cpp", '#include "engine/walk.h"\n')
-        self.assertEqual(len(list(source_rules.broken_includes(self.root))), 1)
+    def test_a_workbench_that_includes_a_plug_in_is_found(self):
+        self.put("workbench/app/main.cpp", '#include "engine/walk.h"\n#include "procedures/profile/walk.h"\n')
+        self.assertEqual(len(list(source_rules.broken_includes(self.root))), 2)
+
+    def test_procedures_share_nothing_but_host(self):
+        self.put("procedures/profile/walk.cpp", '#include "procedures/profile/walk.h"\n#include "host/data.h"\n')
+        self.assertEqual(list(source_rules.broken_includes(self.root)), [])
+        self.put("procedures/other/walk.cpp", '#include "procedures/profile/walk.h"\n#include "engine/walk.h"\n')
+        self.assertEqual(len(list(source_rules.broken_includes(self.root))), 2)
 
     def test_a_host_header_that_includes_the_workbench_is_found(self):
         self.put("host/data.h", '#include "workbench/data/dictionary.h"\n')
@@ -64,11 +70,12 @@ class Rules(unittest.TestCase):
         self.put("workbench/text/en.txt", "CD_Active COMPARE DATASETS")
         self.put("workbench/app/verdict.cpp", '"CD_Active"')
         self.put("workbench/app/verdict_figures.cpp", '"CD_Active"')
-        self.put("workbench/app/compare_job.cpp", '"COMPARE DATASETS"')
+        self.put("workbench/app/compare_job.cpp", '"COMPARE DATASETS" "PROFILE DIFFERENCES"')
         self.assertEqual(list(source_rules.words_out_of_place(self.root)), [])
         self.put("workbench/app/main.cpp", 'find("CD_Active");\nload("COMPDATAS");\n')
         self.put("workbench/app/compare_job.h", '"CD_Active"')
-        self.assertEqual(len(list(source_rules.words_out_of_place(self.root))), 3)
+        self.put("workbench/output/terminal_table.cpp", '"PD_Change"')
+        self.assertEqual(len(list(source_rules.words_out_of_place(self.root))), 4)
 
     def test_an_outdated_export_list_is_found(self):
         self.put("host/table.h", HEADER)

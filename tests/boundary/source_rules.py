@@ -22,7 +22,7 @@ STANDARD_HEADERS = set(
     variant vector version""".split()
 )
 
-# Where in the workbench the procedure's own words may stand.
+# Where in the workbench the procedures' own words may stand.
 KEYS_ALLOWED = re.compile(r"workbench/(text/|app/verdict(_\w+)?\.)")
 NAMES_ALLOWED = re.compile(r"workbench/(text/|app/verdict(_\w+)?\.|app/compare_job\.)")
 
@@ -34,16 +34,20 @@ def source_files(root, folder):
 def broken_includes(root):
     for folder in PLUGIN_FOLDERS:
         yield from foreign_includes(root, folder, ("host",) + PLUGIN_FOLDERS)
+    # Plug-ins share nothing but host/: each folder of procedures/ is one of them.
+    for folder in sorted((root / "procedures").glob("*")):
+        own = f"procedures/{folder.name}"
+        yield from foreign_includes(root, own, ("host", own))
     yield from foreign_includes(root, "examples", ("host", "examples"))
     yield from foreign_includes(root, "host", ("host",))
     for path, number, quoted, name in includes(root, "workbench"):
-        if name.split("/")[0] in PLUGIN_FOLDERS:
+        if name.split("/")[0] in PLUGIN_FOLDERS + ("procedures",):
             yield f"{path}:{number}: the workbench includes {name} of the plug-in"
 
 
 def foreign_includes(root, folder, friends):
     for path, number, quoted, name in includes(root, folder):
-        if quoted and ("/" not in name or name.split("/")[0] not in friends):
+        if quoted and not any(name.startswith(f"{friend}/") for friend in friends):
             yield f'{path}:{number}: "{name}" lies outside {", ".join(friends)}'
         if not quoted and name not in STANDARD_HEADERS:
             yield f"{path}:{number}: <{name}> is no header of the standard library"
@@ -62,9 +66,9 @@ def words_out_of_place(root):
             continue
         shown = path.relative_to(root).as_posix()
         for number, line in enumerate(path.read_text(errors="replace").splitlines(), 1):
-            if re.search(r"\bCD_", line) and not KEYS_ALLOWED.match(shown):
+            if re.search(r"\b[CP]D_", line) and not KEYS_ALLOWED.match(shown):
                 yield f"{shown}:{number}: a key of the procedure"
-            if re.search(r"COMPDATAS|COMPARE DATASETS", line) and not NAMES_ALLOWED.match(shown):
+            if re.search(r"COMPDATAS|COMPARE DATASETS|PROFDIFF|PROFILE DIFFERENCES", line) and not NAMES_ALLOWED.match(shown):
                 yield f"{shown}:{number}: a name of the procedure"
 
 

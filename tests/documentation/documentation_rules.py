@@ -22,8 +22,8 @@ from dataclasses import dataclass
 
 PROGRAM = "../build/release/bin/compare-datasets"
 # Where the names stand that pages put between backticks.
-NAMED_IN = ("host", "examples/missing_counts", "plugin", "driver", "tests/program", "tests/procedure", "workbench/app", "bench")
-FOLDERS = ("host", "examples", "plugin", "driver", "syntax", "engine", "tables", "tests", "workbench", "cmake", "docs",
+NAMED_IN = ("host", "examples/missing_counts", "plugin", "driver", "procedures", "tests/program", "tests/procedure", "workbench/app", "bench")
+FOLDERS = ("host", "examples", "plugin", "procedures", "driver", "syntax", "engine", "tables", "tests", "workbench", "cmake", "docs",
            "bench", "tools")  # fmt: skip
 
 

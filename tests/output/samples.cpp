@@ -53,6 +53,70 @@ void openMismatchesByVariable(BpProcedure& procedure) {
   percents.Cell(percent(0));
 }
 
+void openEastAsianCases(BpProcedure& procedure) {
+  BpPivotTable table =
+      procedure.PivotTable(key("CD_CaseByCaseComparisonTableName"), key("Case By Case Comparison"), true);
+  BpDimension columns = table.Dimension(key("CD_Cases"), BpSort::asMade);
+  columns.Position(BpPlace::columns, 1, true, false);
+  BpDimension rows = table.Dimension(key("CD_Results"), BpSort::asMade);
+  rows.Position(BpPlace::rows, 1, true, true);
+  FakeVariable prefecture("県", 24);
+  FakeVariable number("番号");
+  FakeVariable town("市町村", 60);
+  town.labelled("現在お住まいの市町村の名前");
+  FakeVariable income("소득");
+  income.labelled("월평균 가구 소득").formatted(FormatType::comma, 18, 2);
+  FakeVariable remark("备注", 200);
+  const char* const towns[][2] = {
+      {"京都市", "京都府京都市左京区"}, {"大阪市", "大阪市"}, {"ソウル特別市", "釜山広域市"}};
+  for (int row = 0; row < 3; ++row) {
+    rows.Category(count(row));
+    BpGroup ids = columns.Group(key("CD_CaseID"), true, BpSort::asMade);
+    ids.Category(plain("県")).Cell(BpDataValue(prefecture, row == 2 ? "ソウル" : "近畿", BpValueShow::inPrintFormat));
+    ids.Category(plain("番号")).Cell(BpDataValue(number, 10041 + row, BpValueShow::inPrintFormat));
+    BpGroup places = columns.Group(key("CD_Row"), true, BpSort::asMade);
+    places.Category(key("CD_Active")).Cell(count(row + 1));
+    places.Category(key("CD_Compare")).Cell(count(row + 2));
+    const auto write = [&](const FakeVariable& variable, const BpDataValue& active, const BpDataValue& compared,
+                           bool isEqual) {
+      BpCategory category = columns.Category(BpVariable(variable, BpVariableShow::nameAndLabel));
+      if (isEqual) {
+        category.Cell(plain(""));
+      } else {
+        category.Cell(both(active, compared));
+      }
+    };
+    const auto textOf = [](const FakeVariable& variable, const char* text) {
+      return BpDataValue(variable, text, BpValueShow::inPrintFormat);
+    };
+    write(town, textOf(town, towns[row][0]), textOf(town, towns[row][1]), row == 1);
+    write(income, BpDataValue(income, 1234567890123.5 + row, BpValueShow::inPrintFormat),
+          BpDataValue(income, 1234567890132.5, BpValueShow::inPrintFormat), row == 2);
+    write(remark, textOf(remark, "记录员的备注写得很长，一行里放不下，所以在终端上分成几行显示。"),
+          textOf(remark, "无"), row == 0);
+  }
+  table.Caption(key("(1) is the Active Datset an..."));
+}
+
+void openManyValueLabels(BpProcedure& procedure, int rows) {
+  FakeVariable code("code");
+  FakeVariable sex("sex");
+  BpPivotTable table = procedure.PivotTable(key("Value Labels"), plain("Value Labels"), true);
+  BpDimension variables = table.Dimension(plain("Variable"), BpSort::asMade);
+  variables.Position(BpPlace::rows, 1, false, false);
+  BpDimension values = table.Dimension(plain("Value"), BpSort::asMade);
+  values.Position(BpPlace::rows, 2, false, false);
+  BpDimension labels = table.Dimension(plain("Text"), BpSort::asMade);
+  labels.Position(BpPlace::columns, 1, true, false);
+  const auto write = [&](const FakeVariable& variable, int value) {
+    variables.Category(BpVariable(variable, BpVariableShow::nameAndLabel));
+    values.Category(BpDataValue(variable, value, BpValueShow::inPrintFormat));
+    labels.Category(plain("Label")).Cell(plain(fmt::format("label {}", value)));
+  };
+  for (int value = 1; value <= rows; ++value) write(code, value);
+  write(sex, 1);
+}
+
 void openCaseTable(BpProcedure& procedure, int variables, int cases) {
   BpPivotTable table =
       procedure.PivotTable(key("CD_CaseByCaseComparisonTableName"), key("Case By Case Comparison"), true);

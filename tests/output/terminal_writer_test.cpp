@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -166,6 +167,122 @@ TEST(TerminalWriter, KeepsTheWidthOfTheTerminal) {
   }
   std::istringstream lines(textOfCommand(command, 72));
   for (std::string line; std::getline(lines, line);) EXPECT_LE(displayWidth(line), 72) << line;
+}
+
+// What is shown of a sample on a terminal of that width, as lines.
+std::vector<std::string> linesOf(void (*open)(BpProcedure&), int width) {
+  RunningCommand command;
+  {
+    BpProcedure procedure("Test", 1);
+    open(procedure);
+  }
+  std::istringstream shown(textOfCommand(command, width));
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(shown, line);) lines.push_back(line);
+  return lines;
+}
+
+TEST(TerminalWriter, FitsWideCharactersIntoTerminalsOfEveryWidth) {
+  for (const int width : {40, 80, 120, 200}) {
+    expectApprovedTable("east_asian_" + std::to_string(width), &openEastAsianCases, width);
+    for (const std::string& line : linesOf(&openEastAsianCases, width)) EXPECT_LE(displayWidth(line), width) << line;
+  }
+}
+
+TEST(TerminalWriter, RepeatsTheCaseIdsInEveryPanelAndBreaksNoNumber) {
+  for (const int width : {40, 60, 80}) {
+    int panels = 0;
+    int withIds = 0;
+    int wholeNumbers = 0;
+    for (const std::string& line : linesOf(&openEastAsianCases, width)) {
+      panels += line.starts_with("0 ") ? 1 : 0;
+      withIds += line.starts_with("0 ") && line.find("近畿") != std::string::npos ? 1 : 0;
+      wholeNumbers += line.find("1,234,567,890,132.50") != std::string::npos ? 1 : 0;
+    }
+    EXPECT_GT(panels, 1) << width;
+    EXPECT_EQ(withIds, panels) << width;
+    EXPECT_EQ(wholeNumbers, 2) << width;
+  }
+}
+
+TEST(TerminalWriter, KeepsColumnsUnderOneLabelTogetherWhereTheyFit) {
+  const auto openGroups = [](BpProcedure& procedure) {
+    BpPivotTable table = procedure.PivotTable(key("Groups"), plain("Groups"), true);
+    BpDimension rows = table.Dimension(plain("Row"), BpSort::asMade);
+    rows.Position(BpPlace::rows, 1, false, false);
+    BpDimension columns = table.Dimension(plain("Column"), BpSort::asMade);
+    columns.Position(BpPlace::columns, 1, true, false);
+    rows.Category(plain("first"));
+    columns.Category(plain("one")).Cell(count(1234567890));
+    columns.Category(plain("two")).Cell(count(1234567890));
+    BpGroup group = columns.Group(plain("together"), true, BpSort::asMade);
+    group.Category(plain("three")).Cell(count(1234567890));
+    group.Category(plain("four")).Cell(count(1234567890));
+  };
+  const std::vector<std::string> lines = linesOf(+openGroups, 45);
+  const auto withLabel = std::count_if(
+      lines.begin(), lines.end(), [](const std::string& line) { return line.find("together") != std::string::npos; });
+  EXPECT_EQ(withLabel, 1);
+}
+
+std::string shownWith(void (*open)(BpProcedure&), const TextOptions& options) {
+  RunningCommand command;
+  {
+    BpProcedure procedure("Test", 1);
+    open(procedure);
+  }
+  return textOfDocument(command.intoDocument(), options);
+}
+
+TEST(TerminalWriter, ShortensLongBlocksOfRowsUnlessAllAreWanted) {
+  const auto many = [](BpProcedure& procedure) { openManyValueLabels(procedure, 500); };
+  const std::string shown = shownWith(+many, {.wording = english()});
+  EXPECT_NE(shown.find("20     label 20\n"), std::string::npos) << shown;
+  EXPECT_NE(shown.find("\n          … 480 more\nsex "), std::string::npos) << shown;
+  EXPECT_EQ(shown.find("label 21"), std::string::npos);
+  const std::string full = shownWith(+many, {.wording = english(), .full = true});
+  EXPECT_NE(full.find("500    label 500\n"), std::string::npos);
+  EXPECT_EQ(full.find("more"), std::string::npos);
+  const auto few = [](BpProcedure& procedure) { openManyValueLabels(procedure, 25); };
+  EXPECT_EQ(shownWith(+few, {.wording = english()}).find("more"), std::string::npos);
+}
+
+TEST(TerminalWriter, ShortensLongListsUnlessAllAreWanted) {
+  RunningCommand command;
+  BpComposite list("Left out: [%1:, ^1:]1.", false);
+  list.Sublist();
+  for (int number = 1; number <= 32; ++number) list.Add(plain("v" + std::to_string(number)));
+  list.EndSublist();
+  list.Finish();
+  BpError(list, BpErrorShow::results, BpErrorLevel::note);
+  const Document document = command.intoDocument();
+  const std::string shown = textOfDocument(document, {.wording = english(), .width = 0});
+  EXPECT_TRUE(shown.ends_with("v19, v20, … 12 more.\n")) << shown;
+  const std::string full = textOfDocument(document, {.wording = english(), .width = 0, .full = true});
+  EXPECT_TRUE(full.ends_with("v31, v32.\n")) << full;
+}
+
+std::string withoutStyles(std::string text) {
+  for (std::size_t start = text.find('\x1b'); start != std::string::npos; start = text.find('\x1b')) {
+    text.erase(start, text.find('m', start) - start + 1);
+  }
+  return text;
+}
+
+TEST(TerminalWriter, LetsTitlesAndDifferingCellsStandOutAndSaysNothingByColourAlone) {
+  const auto cases = [](BpProcedure& procedure) {
+    openCaseTable(procedure, 2, 3);
+    openEastAsianCases(procedure);
+    openMatchedSummary(procedure);
+  };
+  const std::string plainText = shownWith(+cases, {.wording = english()});
+  const std::string colored = shownWith(+cases, {.wording = english(), .color = true});
+  EXPECT_EQ(withoutStyles(colored), plainText);
+  EXPECT_TRUE(colored.starts_with("\x1b[1mCase By Case Comparison\x1b[0m\n")) << colored;
+  EXPECT_NE(colored.find("\x1b[1;31m(1) 京都市\x1b[0m"), std::string::npos) << colored;
+  EXPECT_NE(colored.find("\x1b[1;31m(2) 1,234,567,890,132.50\x1b[0m"), std::string::npos) << colored;
+  const std::string summary = colored.substr(colored.find("Matched Summary"));
+  EXPECT_EQ(summary.find("\x1b[1;31m"), std::string::npos) << summary;
 }
 
 TEST(TerminalWriter, UsesColorsOnlyWhenAskedTo) {

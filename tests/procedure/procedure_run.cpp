@@ -25,12 +25,12 @@ namespace workbench::tests {
 
 namespace {
 
-app::EntryPoint entryPoint() {
+app::EntryPoint entryPointOf(const std::string& commandName) {
   static app::Plugins plugins;
   if (plugins.commands().empty()) {
     if (const auto added = plugins.addFolder(PLUGIN_FOLDER); !added) throw std::runtime_error(added.problem().text());
   }
-  const auto loaded = plugins.entryPoint("COMPARE DATASETS");
+  const auto loaded = plugins.entryPoint(commandName);
   if (!loaded) throw std::runtime_error(loaded.problem().text());
   return *loaded;
 }
@@ -85,7 +85,7 @@ ProcedureRun::~ProcedureRun() = default;
 
 ProcedureRun& ProcedureRun::run(const std::string& subcommands) {
   command_ = std::make_unique<output::Command>();
-  command_->name = "COMPARE DATASETS";
+  command_->name = commandName;
   journal_.clear();
   const std::vector<TokenInfoObj> tokens = language::tokensOf(subcommands);
 
@@ -101,14 +101,15 @@ ProcedureRun& ProcedureRun::run(const std::string& subcommands) {
   data::OutputSet outputs(&manager_);
   current.outputs = &outputs;
 
+  const app::EntryPoint entryPoint = entryPointOf(commandName);
   workbench::journal().sendTo([this](std::string_view line) {
     journal_.emplace_back(line);
     if (onJournalLine) onJournalLine(journal_.back());
   });
-  workbench::journal().beginCommand("COMPARE DATASETS");
+  workbench::journal().beginCommand(commandName);
   if (beforeCall) beforeCall();
   try {
-    entryPoint()();
+    entryPoint();
     outcome_ = "completed";
   } catch (const VrixGoToCaller&) {
     outcome_ = "left by VrixGoToCaller";
@@ -135,6 +136,7 @@ std::string ProcedureRun::document() {
   if (outcome_ == "completed") command_->outcome = command_->openedTable() ? Outcome::completed : Outcome::refused;
   output::Document document;
   const app::FlagLookup noFlags = [](const std::string&, std::int64_t) { return std::nullopt; };
+  if (command_->outcome != Outcome::completed) document.verdict = output::Verdict::trouble;
   if (const auto verdict = app::verdictOf(*command_, noFlags)) document.verdict = verdict->verdict;
   document.commands.push_back(std::move(command_));
   std::ostringstream written;

@@ -21,6 +21,8 @@ class ProcedureRun {
   ProcedureRun(const DatasetBuilder& active, const DatasetBuilder& compared);
   ~ProcedureRun();
 
+  // Whose plug-in is run.
+  std::string commandName = "COMPARE DATASETS";
   // Replaceable: null means the workbench's own.
   data::ActiveSource* fakeActive = nullptr;
   ServerDataManager* fakeManager = nullptr;

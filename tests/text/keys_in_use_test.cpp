@@ -11,7 +11,7 @@ namespace {
 
 // A text that only makes sense when it is translated: a label key, an abbreviated key, or a whole sentence.
 bool isKey(const std::string& literal) {
-  if (literal.starts_with("CD_") && literal.size() > 3) return true;
+  if ((literal.starts_with("CD_") || literal.starts_with("PD_")) && literal.size() > 3) return true;
   if (literal.ends_with("...") || literal.find("...[") != std::string::npos) return literal.size() > 3;
   const bool isSentence = literal.ends_with('.') && literal.find(' ') != std::string::npos;
   return isSentence && literal.front() >= 'A' && literal.front() <= 'Z';
@@ -25,7 +25,7 @@ void expectWordingOf(const std::set<std::string>& keys) {
   }
 }
 
-const std::vector<std::string> procedureFolders = {"driver", "syntax", "engine", "tables"};
+const std::vector<std::string> procedureFolders = {"driver", "syntax", "engine", "tables", "procedures"};
 
 TEST(KeysInUse, OfTheProcedureHaveWordingInEveryLanguage) {
   std::set<std::string> keys;

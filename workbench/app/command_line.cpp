@@ -21,7 +21,6 @@ struct LaterOption {
 constexpr LaterOption laterCompareOptions[] = {
     {"--rename", true},
     {"--drop", true},
-    {"--profile", false},
     {"--password-file", true},
     {"--comparison-password-file", true},
     {"--output-password-file", true},
@@ -38,17 +37,10 @@ void refuseLater(CLI::App& command, const LaterOption& option) {
   }
 }
 
-// Colour and progress: what is not there cannot be switched on, only left off.
-void addAppearance(CLI::App& command, const std::string& name) {
-  command
-      .add_option_function<std::string>(
-          name,
-          [name](const std::string& value) {
-            if (value == "always") throw CLI::ValidationError(name, "always does not work in this version yet");
-          },
-          "auto or never")
-      ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->group("");
+void addAppearance(CLI::App& command, const std::string& name, Appearance& appearance, const std::string& help) {
+  static const std::map<std::string, Appearance> choices = {
+      {"auto", Appearance::automatic}, {"always", Appearance::always}, {"never", Appearance::never}};
+  command.add_option(name, appearance, help)->transform(CLI::CheckedTransformer(choices))->type_name("WHEN");
 }
 
 // "text (default), json, ..."
@@ -72,8 +64,10 @@ void addOutputOptions(CLI::App& command, OutputChoice& output) {
       ->type_name("KEY");
   command.add_flag("-q,--quiet", output.quiet, "No results on standard output, no notes and warnings");
   command.add_flag("-v,--verbose", output.verbose, "Show the diagnostic lines of procedures");
-  addAppearance(command, "--color");
-  addAppearance(command, "--progress");
+  command.add_flag("--full", output.full, "Show long lists and texts whole in the text output");
+  addAppearance(command, "--color", output.color, "Colour in the text output: auto (default), always, never");
+  addAppearance(command, "--progress", output.progress,
+                "A line on standard error that says how far the run has come: auto (default), always, never");
 }
 
 void addCompare(CLI::App& program, CompareCommand& compare) {
@@ -110,6 +104,8 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
   command.add_option("--tolerance", request.tolerance,
                      "Relative difference below which numbers count as equal (default: 1e-12; 0: none)");
   command.add_option("--collation", request.collation, "Order of text case IDs: binary (default) or a locale");
+  command.add_flag("--profile", request.profile,
+                   "Also show by how much, how often and in which direction values differ");
   command.add_flag("--show-syntax", compare.showSyntax, "Print the job that is run first");
   addOutputOptions(command, compare.output);
   for (const LaterOption& option : laterCompareOptions) refuseLater(command, option);

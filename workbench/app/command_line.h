@@ -12,6 +12,9 @@
 
 namespace workbench::app {
 
+// Whether something is done for the looks: where a terminal is there to show it, or in any case.
+enum class Appearance { automatic, always, never };
+
 // How the results are shown, and where. Shared by all commands that have results.
 struct OutputChoice {
   std::string format;               // a name of the registry of formats; empty: by the ending of the file, else text
@@ -22,6 +25,9 @@ struct OutputChoice {
   bool noCaseTable = false;
   bool quiet = false;  // no results on standard output, no notes and warnings
   bool verbose = false;
+  bool full = false;  // long lists and texts are not shortened
+  Appearance color = Appearance::automatic;
+  Appearance progress = Appearance::automatic;
 };
 
 struct CompareCommand {

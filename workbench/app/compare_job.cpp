@@ -12,6 +12,9 @@ namespace workbench::app {
 
 namespace {
 
+// That of the flag variable when no other is asked for.
+constexpr const char* usualFlagName = "CasesCompare";
+
 // A name that is a plain word stands as it is (TO and ALL are keywords then); any other one in quotes.
 std::string nameInJob(const std::string& name) {
   const auto isWordCharacter = [](unsigned char character) { return std::isalnum(character) != 0 || character == '_'; };
@@ -44,6 +47,10 @@ std::vector<std::string> wordsOfRanges(const std::vector<std::string>& items) {
     }
   }
   return words;
+}
+
+std::string variablesInJob(const CompareRequest& request) {
+  return request.variables.empty() ? "ALL" : namesInJob(wordsOfRanges(request.variables));
 }
 
 std::string openCommand(const std::string& file, const std::string& handle, const std::string& other) {
@@ -84,6 +91,16 @@ std::string outputSubcommand(const CompareRequest& request) {
   return output;
 }
 
+// Behind the comparison the active dataset has the flag variable as well, which must not be profiled beside one of the
+// same name in the comparison dataset.
+std::string profileCommand(const CompareRequest& request) {
+  std::string command = fmt::format("PROFILE DIFFERENCES\n  /COMPDATASET={}\n", comparisonHandle);
+  command += fmt::format("  /VARIABLES={}", variablesInJob(request));
+  if (!request.noFlag) command += fmt::format(" EXCEPT={}", quotedInJob(request.flagName.value_or(usualFlagName)));
+  if (!request.ids.empty()) command += fmt::format("\n  /CASEID={}", namesInJob(request.ids));
+  return command + ".\n";
+}
+
 }  // namespace
 
 std::string quotedInJob(const std::string& text) {
@@ -106,11 +123,11 @@ std::string compareJob(const CompareRequest& request) {
   job += sortCommand(request);
 
   job += fmt::format("COMPARE DATASETS\n  /COMPDATASET={}\n", comparisonHandle);
-  job += fmt::format("  /VARIABLES={}\n",
-                     request.variables.empty() ? "ALL" : namesInJob(wordsOfRanges(request.variables)));
+  job += fmt::format("  /VARIABLES={}\n", variablesInJob(request));
   if (!request.ids.empty()) job += fmt::format("  /CASEID={}\n", namesInJob(request.ids));
   job += saveSubcommand(request);
   job += outputSubcommand(request) + ".\n";
+  if (request.profile) job += profileCommand(request);
 
   if (request.saveActive) job += fmt::format("SAVE DATA FILE={}.\n", quotedInJob(*request.saveActive));
   return job;

@@ -25,6 +25,7 @@ struct CompareRequest {
   SortChoice sort = SortChoice::whenNeeded;
   std::optional<double> tolerance;
   std::optional<std::string> collation;
+  bool profile = false;
 };
 
 // The handles under which the job opens the two datasets.

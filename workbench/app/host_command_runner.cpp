@@ -17,6 +17,7 @@
 #include "workbench/data/working/sort.h"
 #include "workbench/language/host_commands.h"
 #include "workbench/output/value_format.h"
+#include "workbench/runtime/activity.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/folding.h"
@@ -97,6 +98,7 @@ bool closeDataset(const Surroundings& at) { return at.settle(at.session.datasets
 bool saveData(const Surroundings& at) {
   const auto dataset = at.active();
   if (dataset == nullptr) return false;
+  const Activity::Stage stage(text::sentence("Saving ^1", {at.keywords.text("FILE")}), Activity::Unit::cases);
   data::OutputSet outputs(&at.session.datasets);
   const auto saved = data::saveDataset(dataset, at.keywords.text("FILE"), at.keywords.text("PASSWORD"), outputs);
   if (!saved) return at.run.refuse(saved.problem());
@@ -167,6 +169,7 @@ bool settleSort(const Surroundings& at, const std::string& name, const Dataset& 
 bool sortCases(const Surroundings& at) {
   const auto dataset = at.active();
   if (dataset == nullptr) return false;
+  const Activity::Stage stage(text::sentence("Sorting"), Activity::Unit::cases);
   data::SortRequest request;
   request.by = at.keywords.names("BY");
   if (text::sameName(at.keywords.text("WHEN"), "NEEDED")) request.policy = data::SortPolicy::whenNeeded;

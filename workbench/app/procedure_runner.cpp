@@ -11,6 +11,7 @@
 #include "workbench/data/output_set.h"
 #include "workbench/data/working/active_source.h"
 #include "workbench/data/working/handed_out.h"
+#include "workbench/runtime/activity.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 
@@ -42,6 +43,8 @@ output::Command::Outcome callWithSurroundings(Session& session, EntryPoint entry
   currentRun().activeSource = active.get();
   currentRun().outputs = &outputs;
 
+  // What people see of a command's name; without wording the name itself.
+  const Activity::Stage stage(text::wordingInForce().resolve(run.command().name), Activity::Unit::cases);
   const bool ended = callPlugin(entryPoint, run);
   const Journal::Pause pause(journal());
   data::letGoOfAllHandedOut();

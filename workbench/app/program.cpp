@@ -1,21 +1,25 @@
 #include "workbench/app/program.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <optional>
 #include <system_error>
 
 #include "workbench/app/job_runner.h"
+#include "workbench/app/progress_line.h"
 #include "workbench/app/results_output.h"
 #include "workbench/app/session.h"
 #include "workbench/app/verdict.h"
 #include "workbench/data/data_file.h"
 #include "workbench/output/display_text.h"
 #include "workbench/runtime/current_run.h"
+#include "workbench/runtime/interruption.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/diagnostics.h"
 
@@ -145,6 +149,28 @@ Outcome<Done> startJournal(const std::string& path, std::ofstream& file) {
   return Done{};
 }
 
+bool showsProgress(const OutputChoice& choice) {
+  if (choice.progress != Appearance::automatic) return choice.progress == Appearance::always;
+  return !choice.quiet && isatty(STDERR_FILENO) != 0;
+}
+
+// Runs the job, with a line that says how far it has come, and the diagnostics that were asked for.
+void runShown(Session& session, const Job& job, const OutputChoice& choice) {
+  std::optional<ProgressLine> progress;
+  if (showsProgress(choice)) progress.emplace(standardError(), *session.wording);
+  beforeInterruptedEnd([&progress] {
+    if (progress) progress->eraseAtTheEnd();
+  });
+  if (choice.verbose) {
+    text::diagnostics().sendToStandardError([&progress] {
+      if (progress) progress->erase();
+    });
+  }
+  runJob(session, job.text, job.onError);
+  text::diagnostics().sendTo({});
+  beforeInterruptedEnd({});
+}
+
 }  // namespace
 
 int runProgram(const ProgramOptions& options) {
@@ -167,11 +193,9 @@ int runProgram(const ProgramOptions& options) {
   if (choice.journal) {
     if (const auto started = startJournal(*choice.journal, journalFile); !started) return fail(started.problem());
   }
-  if (choice.verbose) text::diagnostics().sendToStandardError();
-
   auto job = std::visit([](const auto& command) { return jobOf(command); }, options.command);
   if (!job) return fail(job.problem());
-  runJob(session, job->text, job->onError);
+  runShown(session, *job, choice);
   journal().sendTo({});
   (*results)->writeDiagnostics(session.document);
   if (const auto written = (*results)->write(session.document); !written) return fail(written.problem());

@@ -16,6 +16,7 @@
 #include "workbench/app/verdict.h"
 #include "workbench/output/moment.h"
 #include "workbench/output/terminal_writer.h"
+#include "workbench/runtime/temporary_files.h"
 
 namespace workbench::app {
 
@@ -40,6 +41,16 @@ int terminalWidth() {
     return window.ws_col;
   }
   return ordinaryWidth;
+}
+
+// At a terminal that can show it, unless the environment asks for none.
+bool showsColor(const OutputChoice& choice, int descriptor) {
+  if (choice.color != Appearance::automatic) return choice.color == Appearance::always;
+  const char* noColor = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  const bool isUnwanted = noColor != nullptr && *noColor != '\0';
+  const bool isDumb = terminal != nullptr && std::string_view(terminal) == "dumb";
+  return isatty(descriptor) != 0 && !isUnwanted && !isDumb;
 }
 
 std::string knownFormats() {
@@ -98,15 +109,21 @@ void removeAnswers(Document& document) {
 // Beside its place until all of it is written.
 Outcome<Done> writeFile(const std::string& path, const std::function<Outcome<Done>(std::ostream&)>& write) {
   const std::string temporary = fmt::format("{}.{}.tmp", path, getpid());
-  std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
+  std::ofstream file;
+  {
+    const auto hold = temporaryFiles().hold();
+    file.open(temporary, std::ios::binary | std::ios::trunc);
+    temporaryFiles().add(temporary);
+  }
   const Outcome<Done> written = write(file);
   file.close();
   std::error_code error;
   if (written && file) std::filesystem::rename(temporary, path, error);
-  if (written && file && !error) return Done{};
   std::error_code ignored;
-  std::filesystem::remove(temporary, ignored);
+  if (!written || !file || error) std::filesystem::remove(temporary, ignored);
+  temporaryFiles().forget(temporary);
   if (!written) return written.problem();
+  if (file && !error) return Done{};
   return Problem{text::sentence("The results cannot be written."), path,
                  text::sentence("Name a file in a folder that you can write to, with room for it.")};
 }
@@ -145,7 +162,10 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{.wording = wording_, .width = ordinaryWidth};
+  const output::TextOptions options{.wording = wording_,
+                                    .width = ordinaryWidth,
+                                    .color = showsColor(choice_, STDERR_FILENO),
+                                    .full = choice_.full};
   if (choice_.onlyTable && !choice_.quiet) warnOfMissingTable(document);
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
@@ -174,6 +194,8 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   if (!toFile && choice_.quiet) return Done{};
   output::TextOptions options{.wording = wording_,
                               .width = toFile ? ordinaryWidth : terminalWidth(),
+                              .color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO),
+                              .full = choice_.full,
                               .moment = output::momentOfResults(),
                               .date = date_};
   if (format_.holdsOneTable) options.onlyTable = choice_.onlyTable;

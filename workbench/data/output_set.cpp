@@ -8,6 +8,7 @@
 
 #include "workbench/data/data_file.h"
 #include "workbench/data/working/refusal.h"
+#include "workbench/runtime/temporary_files.h"
 #include "workbench/text/folding.h"
 
 namespace workbench::data {
@@ -81,6 +82,8 @@ Outcome<std::shared_ptr<OutputSet::Output>> OutputSet::addDataset(std::string_vi
 }
 
 Outcome<Done> OutputSet::commit() {
+  // Whoever ends the run from outside waits until all of them are in place.
+  const auto hold = temporaryFiles().hold();
   auto outputs = std::exchange(outputs_, {});
   Outcome<Done> committed = commitFiles(outputs);
   for (const auto& output : outputs) {

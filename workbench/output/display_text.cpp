@@ -60,12 +60,12 @@ class Breaks {
 };
 
 std::vector<std::size_t> characterBreaks(std::string_view text) {
-  static Breaks breaks(&icu::BreakIterator::createCharacterInstance);
+  static thread_local Breaks breaks(&icu::BreakIterator::createCharacterInstance);
   return breaks.of(text);
 }
 
 std::vector<std::size_t> lineBreaks(std::string_view text) {
-  static Breaks breaks(&icu::BreakIterator::createLineInstance);
+  static thread_local Breaks breaks(&icu::BreakIterator::createLineInstance);
   return breaks.of(text);
 }
 

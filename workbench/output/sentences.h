@@ -12,6 +12,7 @@ inline constexpr std::string_view note = sentence("Note");
 inline constexpr std::string_view warning = sentence("Warning");
 inline constexpr std::string_view error = sentence("Error");
 inline constexpr std::string_view severeError = sentence("Severe error");
+inline constexpr std::string_view more = sentence("… ^1 more");
 inline constexpr std::string_view place = sentence("line ^1, column ^2");
 inline constexpr std::string_view savedFile = sentence("^1 cases were saved in ^2.");
 inline constexpr std::string_view addedVariable = sentence("The variable ^1 was added to the active dataset.");

@@ -162,6 +162,18 @@ void placeHeaders(TableLayout& layout, const Axes& axes, const AxisLines& rows, 
   }
 }
 
+// Of cases as rows: the columns in groups that stand before the first one in none.
+std::int32_t keyColumnsOf(const Axes& axes) {
+  const auto hasCases = [](const AxisDimension& dimension) {
+    return dimension.dimension->position && dimension.dimension->position->flags[1];
+  };
+  if (axes.rows.size() != 1 || axes.columns.size() != 1 || !hasCases(axes.rows.front())) return 0;
+  const std::vector<std::vector<std::int32_t>>& levels = axes.columns.front().levels;
+  const auto plain = std::find_if(levels.begin(), levels.end(),
+                                  [](const std::vector<std::int32_t>& nodes) { return nodes.size() == 1; });
+  return plain == levels.end() ? 0 : static_cast<std::int32_t>(plain - levels.begin());
+}
+
 std::vector<std::string> layerLines(const std::vector<AxisDimension>& dimensions, const AxisLines& lines,
                                     std::int32_t line) {
   std::vector<std::string> texts;
@@ -207,6 +219,7 @@ std::vector<TableLayout> layoutsOf(const Table& table, const text::Wording& word
     const AxisLines columns = axisLines(table, axes.columns, cells);
     layout.rows = rows.count;
     layout.columns = columns.count;
+    layout.keyColumns = keyColumnsOf(axes);
     placeHeaders(layout, axes, rows, columns);
     placeCells(layout, rows, columns, cells);
     layouts.push_back(std::move(layout));

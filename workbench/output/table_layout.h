@@ -48,6 +48,9 @@ struct TableLayout {
   std::int32_t headerColumns = 0;  // levels of the row headers
   std::int32_t rows = 0;
   std::int32_t columns = 0;
+  // Of a table whose rows are cases (its row dimension has the second flag): how many columns at its front stand in
+  // groups. They tell which case a row is, and are repeated wherever columns are shown apart from them.
+  std::int32_t keyColumns = 0;
   std::vector<HeaderCell> corner;  // these and the next two in the order of rows, then columns
   std::vector<HeaderCell> columnHeaders;
   std::vector<HeaderCell> rowHeaders;

@@ -37,8 +37,6 @@ TerminalMeasures::TerminalMeasures(const TableLayout& layout, const TextOptions&
   widenForLabels();
   measureRowLabels();
   narrowTexts();
-  starts_.push_back(0);
-  for (const TerminalColumn& column : columns_) starts_.push_back(starts_.back() + column.width + gap);
 }
 
 void TerminalMeasures::measureCells() {
@@ -107,12 +105,33 @@ void TerminalMeasures::measureRowLabels() {
   }
 }
 
-// Texts are wrapped so that at least one column fits beside the row labels.
+// Texts are wrapped so that at least one column fits beside the row labels and the key columns that are repeated. As
+// many of these are as fit into half of what the row labels leave, from the left.
 void TerminalMeasures::narrowTexts() {
-  const int room = std::max(limit_ - bodyStart(), narrowestRowLabel);
-  for (TerminalColumn& column : columns_) {
+  const auto narrow = [this](std::size_t number, int room) {
+    TerminalColumn& column = columns_[number];
     column.width = std::min(column.width, std::max(room, column.numberWidth + column.markWidth));
+  };
+  const int room = std::max(limit_ - bodyStart(), narrowestRowLabel);
+  for (std::size_t number = 0; number < columns_.size(); ++number) narrow(number, room);
+  setStarts();
+  if (bodyStart() + spanWidth(0, layout_.columns) <= limit_) return;
+  while (repeatedKeys_ < layout_.keyColumns && spanWidth(0, repeatedKeys_ + 1) + gap <= room / 2) ++repeatedKeys_;
+  for (const HeaderCell& label : layout_.columnHeaders) {  // whole groups, but for the first one
+    const bool isCut = label.column < repeatedKeys_ && repeatedKeys_ < label.column + label.columnSpan;
+    if (isCut && label.column > 0) repeatedKeys_ = label.column;
   }
+  if (repeatedKeys_ == 0) return;
+  const int roomBesideKeys = room - spanWidth(0, repeatedKeys_) - gap;
+  for (std::size_t number = static_cast<std::size_t>(layout_.keyColumns); number < columns_.size(); ++number) {
+    narrow(number, roomBesideKeys);
+  }
+  setStarts();
+}
+
+void TerminalMeasures::setStarts() {
+  starts_.assign(1, 0);
+  for (const TerminalColumn& column : columns_) starts_.push_back(starts_.back() + column.width + gap);
 }
 
 int TerminalMeasures::labelsWidth() const {
@@ -121,17 +140,51 @@ int TerminalMeasures::labelsWidth() const {
 
 int TerminalMeasures::bodyStart() const { return layout_.headerColumns > 0 ? labelsWidth() + gap : 0; }
 
-int TerminalMeasures::columnAt(std::int32_t column, std::int32_t first) const {
-  return bodyStart() + starts_[static_cast<std::size_t>(column)] - starts_[static_cast<std::size_t>(first)];
+int TerminalMeasures::columnAt(std::int32_t column, const TerminalPanel& panel) const {
+  const int start = bodyStart() + starts_[static_cast<std::size_t>(column)];
+  if (column < panel.repeated) return start;
+  return start + starts_[static_cast<std::size_t>(panel.repeated)] - starts_[static_cast<std::size_t>(panel.first)];
+}
+
+std::optional<TerminalSpan> TerminalMeasures::spanOf(const HeaderCell& label, const TerminalPanel& panel) const {
+  const std::int32_t behind = label.column + label.columnSpan;
+  // The repeated columns and the others stand side by side, so a label over some of both is in one piece.
+  const bool isOverKeys = label.column < panel.repeated;
+  const std::int32_t from = isOverKeys ? label.column : std::max(label.column, panel.first);
+  const std::int32_t to = behind > panel.first ? std::min(behind, panel.end) : std::min(behind, panel.repeated);
+  if (from >= to) return std::nullopt;
+  const int at = columnAt(from, panel);
+  return TerminalSpan{at, columnAt(to - 1, panel) + column(to - 1).width - at};
+}
+
+int TerminalMeasures::lineWidth(const TerminalPanel& panel) const {
+  return columnAt(panel.end - 1, panel) + column(panel.end - 1).width;
+}
+
+std::vector<TerminalPanel> TerminalMeasures::panels() const {
+  std::vector<TerminalPanel> panels;
+  for (std::int32_t first = 0; first < layout_.columns; first = panels.back().end) {
+    // A panel that begins with a key column shows the others with it.
+    const std::int32_t repeated = first >= layout_.keyColumns && first > 0 ? repeatedKeys_ : 0;
+    panels.push_back({repeated, first, panelEnd(first, repeated)});
+  }
+  return panels;
 }
 
 int TerminalMeasures::spanWidth(std::int32_t first, std::int32_t end) const {
   return starts_[static_cast<std::size_t>(end)] - starts_[static_cast<std::size_t>(first)] - gap;
 }
 
-std::int32_t TerminalMeasures::panelEnd(std::int32_t first) const {
+std::int32_t TerminalMeasures::panelEnd(std::int32_t first, std::int32_t repeated) const {
+  const auto fits = [&](std::int32_t from, std::int32_t to) { return lineWidth({repeated, from, to}) <= limit_; };
   std::int32_t end = first + 1;
-  while (end < layout_.columns && bodyStart() + spanWidth(first, end + 1) <= limit_) ++end;
+  while (end < layout_.columns && fits(first, end + 1)) ++end;
+  if (end == layout_.columns) return end;
+  // Rather before a label than through its columns, when it has room in a panel of its own.
+  for (const HeaderCell& label : layout_.columnHeaders) {
+    const std::int32_t behind = label.column + label.columnSpan;
+    if (first < label.column && label.column < end && end < behind && fits(label.column, behind)) return label.column;
+  }
   return end;
 }
 
@@ -144,7 +197,7 @@ int TerminalMeasures::labelWidth(const HeaderCell& label) const {
 }
 
 std::string terminalText(const Text& text, const TextOptions& options) {
-  return visible(shown(text, options.wording, terminalStyle));
+  return visible(shown(text, options.wording, terminalStyleOf(options)));
 }
 
 std::string terminalLabel(const HeaderCell& label) { return visible(label.text) + footnoteMarks(label.notes); }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,19 @@ struct TerminalColumn {
   bool hasOnlyNumbers = false;  // beside empty texts
 };
 
+// Columns that are shown together: the key columns that are repeated, [0, repeated), then [first, end).
+struct TerminalPanel {
+  std::int32_t repeated = 0;
+  std::int32_t first = 0;
+  std::int32_t end = 0;
+};
+
+// Where something stands on a line.
+struct TerminalSpan {
+  int at = 0;
+  int width = 0;
+};
+
 class TerminalMeasures {
  public:
   // Requires: the layout has rows and columns, and outlives this object with the options.
@@ -30,12 +44,15 @@ class TerminalMeasures {
 
   // Where the body starts, behind the row labels.
   int bodyStart() const;
-  // Where a column of the body starts when `first` is the first one in the panel.
-  int columnAt(std::int32_t column, std::int32_t first) const;
-  // The columns from `first` to before `end`, with the gaps between them.
-  int spanWidth(std::int32_t first, std::int32_t end) const;
-  // The column behind those that fit into a line from `first` on; at least one does.
-  std::int32_t panelEnd(std::int32_t first) const;
+  // The panels that the columns are broken into, as many columns in each as fit into a line, and one at least. Columns
+  // under one label stay together where they can.
+  std::vector<TerminalPanel> panels() const;
+  // Where a column of the panel starts.
+  int columnAt(std::int32_t column, const TerminalPanel& panel) const;
+  // What of a column label lies in the panel; nothing when nothing does.
+  std::optional<TerminalSpan> spanOf(const HeaderCell& label, const TerminalPanel& panel) const;
+  // Of all lines of the panel.
+  int lineWidth(const TerminalPanel& panel) const;
 
   // Where a level of the row labels starts, and the width of a label or of a title in the corner.
   int labelAt(std::int32_t level) const;
@@ -46,11 +63,16 @@ class TerminalMeasures {
   void widenForLabels();
   void measureRowLabels();
   void narrowTexts();
+  void setStarts();
   int labelsWidth() const;
+  // The columns from `first` to before `end`, with the gaps between them.
+  int spanWidth(std::int32_t first, std::int32_t end) const;
+  std::int32_t panelEnd(std::int32_t first, std::int32_t repeated) const;
 
   const TableLayout& layout_;
   const TextOptions& options_;
   int limit_;
+  std::int32_t repeatedKeys_ = 0;  // key columns in every panel but the first
   std::vector<TerminalColumn> columns_;
   std::vector<int> starts_;       // of the columns, the first one's being 0; one more than there are columns
   std::vector<int> labelWidths_;  // per level of the row labels

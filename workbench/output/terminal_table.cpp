@@ -4,20 +4,26 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "workbench/output/cell_marks.h"
 #include "workbench/output/display_text.h"
+#include "workbench/output/sentences.h"
 #include "workbench/output/terminal_canvas.h"
 #include "workbench/output/terminal_measures.h"
 
 namespace workbench::output {
 namespace {
 
-constexpr int mostTextLines = 8;  // of one paragraph of a cell; what goes on is cut
+constexpr int mostTextLines = 8;              // of one paragraph of a cell; what goes on is cut
+constexpr std::int32_t mostRowsOfBlock = 25;  // under one outer label; of a longer block not all are shown
+constexpr std::int32_t rowsOfLongBlock = 20;  // of such a one
+constexpr std::string_view outstandingStyle = "\x1b[1;31m";
 constexpr std::string_view rule = "\xE2\x94\x80";
 
 using Lines = std::vector<std::string>;
@@ -61,11 +67,9 @@ class TableDrawing {
   void draw(std::ostream& out) {
     out << emphasized(visible(layout_.title), options_) << '\n';
     for (const std::string& layer : layout_.layers) out << visible(layer) << '\n';
-    for (std::int32_t first = 0; first < layout_.columns;) {
-      const std::int32_t end = measures_.panelEnd(first);
-      if (first > 0) out << '\n';
-      drawPanel(out, first, end);
-      first = end;
+    for (const TerminalPanel& panel : measures_.panels()) {
+      if (panel.first > 0) out << '\n';
+      drawPanel(out, panel);
     }
     writeParagraph(out, layout_.caption, "");
     for (std::size_t note = 0; note < layout_.footnotes.size(); ++note) {
@@ -74,34 +78,33 @@ class TableDrawing {
   }
 
  private:
-  void drawPanel(std::ostream& out, std::int32_t first, std::int32_t end) {
-    const std::string line = repeated(rule, measures_.bodyStart() + measures_.spanWidth(first, end));
+  void drawPanel(std::ostream& out, const TerminalPanel& panel) {
+    const std::string line = repeated(rule, measures_.lineWidth(panel));
     out << line << '\n';
     if (layout_.headerRows > 0) {
-      drawHeader(first, end);
+      drawHeader(panel);
       canvas_.writeTo(out);
       out << line << '\n';
     }
     std::size_t header = 0;
     for (std::int32_t row = 0; row < layout_.rows;) {
       const std::int32_t blockEnd = endOfBlock(row, header);
-      drawBlock(row, blockEnd, header, first, end);
+      const std::int32_t shownEnd = shownEndOfBlock(row, blockEnd);
+      drawBlock(row, shownEnd, header, panel);
       canvas_.writeTo(out);
+      if (shownEnd < blockEnd) writeMoreRows(out, blockEnd - shownEnd);
       while (header < layout_.rowHeaders.size() && layout_.rowHeaders[header].row < blockEnd) ++header;
       row = blockEnd;
     }
     out << line << '\n';
   }
 
-  void drawHeader(std::int32_t first, std::int32_t end) {
+  void drawHeader(const TerminalPanel& panel) {
     std::vector<HeaderPart> parts;
     for (const HeaderCell& cell : layout_.columnHeaders) {
-      const std::int32_t from = std::max(cell.column, first);
-      const std::int32_t to = std::min(cell.column + cell.columnSpan, end);
-      if (from >= to) continue;
-      const int width = measures_.spanWidth(from, to);
-      parts.push_back(
-          {&cell, measures_.columnAt(from, first), width, sideOf(cell), wrapped(terminalLabel(cell), width)});
+      const std::optional<TerminalSpan> span = measures_.spanOf(cell, panel);
+      if (!span) continue;
+      parts.push_back({&cell, span->at, span->width, sideOf(cell), wrapped(terminalLabel(cell), span->width)});
     }
     for (const HeaderCell& cell : layout_.corner) {
       const int width = measures_.labelWidth(cell);
@@ -161,20 +164,36 @@ class TableDrawing {
     return end;
   }
 
+  // The row behind those of a block that are shown.
+  std::int32_t shownEndOfBlock(std::int32_t row, std::int32_t end) const {
+    return options_.full || end - row <= mostRowsOfBlock ? end : row + rowsOfLongBlock;
+  }
+
+  // Below the labels that the rows share, where the next one's own label would stand.
+  void writeMoreRows(std::ostream& out, std::int32_t rows) {
+    const std::int32_t level = std::min(1, layout_.headerColumns - 1);
+    canvas_.paint(0, measures_.labelAt(level),
+                  shownSentence(sentences::more, {std::to_string(rows)}, options_.wording));
+    canvas_.writeTo(out);
+  }
+
   // The rows from `row` to before `end`, which share their outermost labels.
-  void drawBlock(std::int32_t row, std::int32_t end, std::size_t firstHeader, std::int32_t first,
-                 std::int32_t lastColumn) {
+  void drawBlock(std::int32_t row, std::int32_t end, std::size_t firstHeader, const TerminalPanel& panel) {
     std::vector<std::size_t> heights(static_cast<std::size_t>(end - row), 1);
     std::vector<std::vector<std::pair<const PlacedCell*, Lines>>> cells(heights.size());
     for (std::int32_t current = row; current < end; ++current) {
       const std::size_t index = static_cast<std::size_t>(current - row);
       const std::span<const PlacedCell> placed = layout_.cellsOf(current);
-      auto cell = std::lower_bound(placed.begin(), placed.end(), first,
-                                   [](const PlacedCell& left, std::int32_t column) { return left.column < column; });
-      for (; cell != placed.end() && cell->column < lastColumn; ++cell) {
-        cells[index].emplace_back(&*cell, linesOf(*cell));
-        heights[index] = std::max(heights[index], cells[index].back().second.size());
-      }
+      const auto take = [&](std::int32_t first, std::int32_t behind) {
+        auto cell = std::lower_bound(placed.begin(), placed.end(), first,
+                                     [](const PlacedCell& left, std::int32_t column) { return left.column < column; });
+        for (; cell != placed.end() && cell->column < behind; ++cell) {
+          cells[index].emplace_back(&*cell, linesOf(*cell));
+          heights[index] = std::max(heights[index], cells[index].back().second.size());
+        }
+      };
+      take(0, panel.repeated);
+      take(panel.first, panel.end);
     }
 
     std::vector<std::pair<const HeaderCell*, Lines>> labels;
@@ -188,8 +207,9 @@ class TableDrawing {
                      [](const auto& left, const auto& right) { return left.first->rowSpan < right.first->rowSpan; });
     for (const auto& [cell, lines] : labels) {
       const auto top = heights.begin() + (cell->row - row);
-      const std::size_t there = std::accumulate(top, top + cell->rowSpan, std::size_t{0});
-      if (lines.size() > there) *(top + cell->rowSpan - 1) += lines.size() - there;
+      const auto behind = heights.begin() + (std::min(cell->row + cell->rowSpan, end) - row);
+      const std::size_t there = std::accumulate(top, behind, std::size_t{0});
+      if (lines.size() > there) *(behind - 1) += lines.size() - there;
     }
 
     std::vector<std::size_t> tops(heights.size(), 0);
@@ -203,10 +223,16 @@ class TableDrawing {
     for (std::size_t index = 0; index < cells.size(); ++index) {
       for (const auto& [placed, lines] : cells[index]) {
         for (std::size_t line = 0; line < lines.size(); ++line) {
-          canvas_.paint(tops[index] + line, measures_.columnAt(placed->column, first), lines[line]);
+          canvas_.paint(tops[index] + line, measures_.columnAt(placed->column, panel), lines[line], styleOf(*placed));
         }
       }
     }
+  }
+
+  // A cell that sets two values against each other stands out; its text says so by itself.
+  std::string_view styleOf(const PlacedCell& placed) const {
+    const bool standsOut = options_.color && setsTwoAgainstEachOther(*layout_.table->cells[placed.cell].content);
+    return standsOut ? outstandingStyle : std::string_view();
   }
 
   // A cell's lines as they stand in its column, padded so that numbers end under each other.
@@ -216,7 +242,7 @@ class TableDrawing {
     const std::string text = terminalText(*cell.content, options_);
     const std::string marks = footnoteMarks(cell.notes);
     if (isNumber(*cell.content)) return {paddedLeft(text, column.width - column.markWidth) + marks};
-    return cellLines(text + marks, column.width);
+    return options_.full ? wrapped(text + marks, column.width) : cellLines(text + marks, column.width);
   }
 
   void writeParagraph(std::ostream& out, const std::string& text, const std::string& mark) const {

@@ -19,7 +19,7 @@ namespace {
 constexpr int anyWidth = 1 << 20;  // wider than any line
 
 std::string visibleText(const Text& text, const TextOptions& options) {
-  return visible(shown(text, options.wording, terminalStyle));
+  return visible(shown(text, options.wording, terminalStyleOf(options)));
 }
 
 void writeParagraph(std::ostream& out, const std::string& text, int width) {
@@ -41,7 +41,7 @@ std::string_view colorOf(int level) {
 
 void writeTable(std::ostream& out, const Table& table, const TextOptions& options) {
   const char* separator = "";
-  for (const TableLayout& layout : layoutsOf(table, options.wording, terminalStyle)) {
+  for (const TableLayout& layout : layoutsOf(table, options.wording, terminalStyleOf(options))) {
     out << std::exchange(separator, "\n");
     drawTable(out, layout, options);
   }

@@ -18,6 +18,7 @@ struct TextOptions {
   int width = 80;                             // columns of the terminal; 0: any number
   bool color = false;                         // also bold titles
   std::optional<std::string> onlyTable = {};  // the key of the only table to show
+  bool full = false;                          // long lists and texts are not shortened
   std::optional<std::int64_t> moment = {};    // at which the results were made (moment.h), for formats that show it
   std::optional<std::int64_t> date = {};  // the same where it is given from outside, for formats that have to have one
 };
@@ -33,7 +34,12 @@ void writeDiagnostics(std::ostream& out, const Command& command, const TextOptio
 void writeMessage(std::ostream& out, const Message& message, const TextOptions& options);
 
 // The style in which texts are resolved for a terminal.
-inline constexpr TextStyle terminalStyle{NumberStyle::asFormatted, true};
+inline constexpr std::size_t longestTerminalList = 20;
+inline constexpr TextStyle terminalStyle{NumberStyle::asFormatted, true, longestTerminalList};
+inline constexpr TextStyle fullTerminalStyle{NumberStyle::asFormatted, true, 0};
+inline const TextStyle& terminalStyleOf(const TextOptions& options) {
+  return options.full ? fullTerminalStyle : terminalStyle;
+}
 
 // The text in bold, when options ask for it.
 std::string emphasized(const std::string& text, const TextOptions& options);

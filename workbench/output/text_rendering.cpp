@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "workbench/output/pattern.h"
+#include "workbench/output/sentences.h"
 
 namespace workbench::output {
 namespace {
@@ -134,8 +135,13 @@ std::string TextShower::shownText(const ListText& text) const {
 }
 
 std::vector<std::string> TextShower::elementsOf(const ListText& list) const {
+  const bool isShortened = style_.longestList != 0 && list.items.size() > style_.longestList;
+  const std::size_t shownOnes = isShortened ? style_.longestList : list.items.size();
   std::vector<std::string> elements;
-  for (const Text& element : list.items) elements.push_back((*this)(element));
+  for (std::size_t index = 0; index < shownOnes; ++index) elements.push_back((*this)(list.items[index]));
+  if (isShortened) {
+    elements.push_back(shownSentence(sentences::more, {std::to_string(list.items.size() - shownOnes)}, wording_));
+  }
   return elements;
 }
 

@@ -17,6 +17,8 @@ struct TextStyle {
   // Line breaks in texts that came from data are shown as signs, so that only those of patterns and of wording break a
   // line.
   bool markDataLineBreaks = false;
+  // Of a longer list so many elements are shown, and how many more there are. 0: all are.
+  std::size_t longestList = 0;
 };
 
 // TextShower resolves texts that stand side by side: the items of one composite, the categories of one group. Values

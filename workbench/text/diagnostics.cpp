@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace workbench::text {
 
-void Diagnostics::sendToStandardError() {
-  sink_ = [](std::string_view line) {
+void Diagnostics::sendToStandardError(std::function<void()> beforeLine) {
+  sink_ = [beforeLine = std::move(beforeLine)](std::string_view line) {
+    if (beforeLine) beforeLine();
     std::string shown(line);
     const auto isControl = [](unsigned char byte) { return byte < 0x20 || byte == 0x7f; };
     std::replace_if(shown.begin(), shown.end(), isControl, '?');

@@ -14,8 +14,9 @@ class Diagnostics {
 
   // Every line from now on goes to the sink; an empty one turns diagnostics off.
   void sendTo(Sink sink) { sink_ = std::move(sink); }
-  // The sink that -v sets: control characters are shown as "?", so a line cannot act on the terminal.
-  void sendToStandardError();
+  // The sink that -v sets: control characters are shown as "?", so a line cannot act on the terminal. Something may
+  // have to be done before each line.
+  void sendToStandardError(std::function<void()> beforeLine = {});
   void write(std::string_view line) const {
     if (sink_) sink_(line);
   }

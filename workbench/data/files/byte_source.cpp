@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/runtime/activity.h"
+
 namespace workbench::data {
 namespace {
 
@@ -31,6 +33,7 @@ class PlainSource final : public ByteSource {
       const ssize_t bytes = ::pread(file_.descriptor(), into, room, position_);
       if (bytes >= 0) {
         position_ += bytes;
+        activity().add(Activity::Unit::bytes, bytes);
         return static_cast<std::size_t>(bytes);
       }
       if (errno == EINTR) continue;

@@ -9,6 +9,7 @@
 #include "workbench/data/files/encoded_source.h"
 #include "workbench/data/files/evidence_memory.h"
 #include "workbench/data/files/table_scanner.h"
+#include "workbench/runtime/activity.h"
 
 namespace workbench::data {
 namespace {
@@ -190,6 +191,7 @@ Outcome<SharedEvidence> evidenceOf(const std::string& path, const FileKind& kind
   const FileIdentity identity = file->identity();
   if (auto known = evidenceMemory().find(identity, kind.packing, complete, declare)) return known;
 
+  activity().expect(Activity::Unit::bytes, identity.size);
   const auto started = std::chrono::system_clock::now();
   Outcome<std::shared_ptr<FileEvidence>> scanned = scan(*file, path, kind.packing, complete, declare);
   if (!scanned) return scanned.problem();

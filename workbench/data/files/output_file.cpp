@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "host/messages.h"
+#include "workbench/runtime/temporary_files.h"
 
 namespace workbench::data {
 namespace {
@@ -61,8 +62,10 @@ Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path)
   std::string target = path;
   if (std::filesystem::is_symlink(path, failure)) target = std::filesystem::weakly_canonical(path, failure).string();
   std::string privatePath;
+  const auto hold = temporaryFiles().hold();
   const int descriptor = makePrivateFile(target, privatePath);
   if (descriptor < 0) return creationProblem(errno, path);
+  temporaryFiles().add(privatePath);
   return std::unique_ptr<OutputFile>(new OutputFile(path, target, privatePath, descriptor));
 }
 
@@ -74,7 +77,9 @@ OutputFile::OutputFile(std::string path, std::string target, std::string private
 
 OutputFile::~OutputFile() {
   if (descriptor_ >= 0) ::close(descriptor_);
-  if (!privatePath_.empty()) ::unlink(privatePath_.c_str());
+  if (privatePath_.empty()) return;
+  ::unlink(privatePath_.c_str());
+  temporaryFiles().forget(privatePath_);
 }
 
 std::string OutputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
@@ -102,7 +107,7 @@ void OutputFile::complete() {
 
 void OutputFile::commit() {
   if (::rename(privatePath_.c_str(), target_.c_str()) != 0) fail(errno);
-  privatePath_.clear();
+  temporaryFiles().forget(std::exchange(privatePath_, {}));
   const std::filesystem::path folder = std::filesystem::path(target_).parent_path();
   const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;  // the file is in place; only its being there after a power cut is not sure

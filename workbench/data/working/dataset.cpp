@@ -7,6 +7,7 @@
 #include "workbench/data/working/kept_blocks.h"
 #include "workbench/data/working/prefetched_blocks.h"
 #include "workbench/data/working/read_watch.h"
+#include "workbench/runtime/activity.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
@@ -90,7 +91,15 @@ DatasetPass::DatasetPass(const Dataset& dataset, CaseUse use, VariableSubset wan
     : dataset_(dataset),
       layout_(dataset.layout()),
       wanted_(std::move(wanted)),
-      supply_(dataset.openBaseCases(std::max<std::size_t>(layout_.caseSlots, 1), use, wanted_)) {}
+      supply_(dataset.openBaseCases(std::max<std::size_t>(layout_.caseSlots, 1), use, wanted_)),
+      expectedCases_(dataset.caseCount().value_or(0)) {
+  activity().expect(Activity::Unit::cases, expectedCases_);
+}
+
+// Of a pass that is left early nothing more is to be expected.
+DatasetPass::~DatasetPass() {
+  activity().expect(Activity::Unit::cases, std::min<std::int64_t>(0, nextRow_ - expectedCases_));
+}
 
 CaseSpan DatasetPass::next() {
   firstRow_ = nextRow_;
@@ -104,6 +113,7 @@ CaseSpan DatasetPass::next() {
     dataset_.column(variable).layOver(firstRow_, span.cases + layout_.slotOfVariable[added], span.count,
                                       span.caseSlots);
   }
+  activity().add(Activity::Unit::cases, static_cast<std::int64_t>(span.count));
   reportReading(dataset_.path(), nextRow_, dataset_.caseCount());
   return span;
 }

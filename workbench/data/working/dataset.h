@@ -90,6 +90,9 @@ class DatasetPass {
   // Requires: the dataset outlives the pass, and its cases are not replaced meanwhile. Variables that are added
   // meanwhile are no part of it.
   DatasetPass(const Dataset& dataset, CaseUse use, VariableSubset wanted = {});
+  DatasetPass(const DatasetPass&) = delete;
+  DatasetPass& operator=(const DatasetPass&) = delete;
+  ~DatasetPass();
 
   // The next cases, valid until the next call; the slots of the wanted variables lie as layout() says, those of others
   // hold anything. Throws ErrorText.
@@ -103,6 +106,7 @@ class DatasetPass {
   const CaseLayout layout_;
   const VariableSubset wanted_;
   std::unique_ptr<BlockSupply> supply_;
+  const std::int64_t expectedCases_;  // 0: not known
   std::int64_t firstRow_ = 0;
   std::int64_t nextRow_ = 0;
 };

@@ -7,6 +7,8 @@
 
 #include <cerrno>
 
+#include "workbench/runtime/temporary_files.h"
+
 namespace workbench::data {
 
 int openNamelessFile(const std::string& folder) {
@@ -17,6 +19,7 @@ int openNamelessFile(const std::string& folder) {
 }
 
 int openFileThatLosesItsName(const std::string& folder) {
+  const auto hold = temporaryFiles().hold();
   std::string privateFolder = folder + "/compare-datasets-XXXXXX";
   if (::mkdtemp(privateFolder.data()) == nullptr) return -1;
   const std::string path = privateFolder + "/cases";

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "workbench/output/html_writer.h"
 #include "workbench/output/json_writer.h"
 
 namespace workbench::output {
@@ -10,6 +11,7 @@ namespace {
 
 constexpr std::array<std::string_view, 1> textEndings{".txt"};
 constexpr std::array<std::string_view, 1> jsonEndings{".json"};
+constexpr std::array<std::string_view, 2> htmlEndings{".html", ".htm"};
 
 void writeJsonAs(std::ostream& out, const Document& document, const TextOptions& options) {
   writeJson(out, document, options.wording);
@@ -18,6 +20,7 @@ void writeJsonAs(std::ostream& out, const Document& document, const TextOptions&
 constexpr auto formatRows = std::to_array<OutputFormat>({
     {"text", textEndings, true, &writeText},
     {"json", jsonEndings, false, &writeJsonAs},
+    {"html", htmlEndings, true, &writeHtmlReport},
 });
 
 const OutputFormat* found(auto isWanted) {

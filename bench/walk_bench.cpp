@@ -29,6 +29,7 @@
 #include "engine/variable_matching.h"
 #include "host/runtime.h"
 #include "tests/engine/engine_run.h"
+#include "workbench/data/working/memory_limit.h"
 
 namespace {
 
@@ -36,13 +37,13 @@ using workbench::data::CaseSpan;
 using workbench::data::CaseUse;
 using workbench::data::Dataset;
 using workbench::data::DatasetPass;
+using workbench::data::setMemoryLimit;
 using workbench::tests::DatasetBuilder;
 using workbench::tests::EngineRun;
 
 constexpr std::size_t bytesPerSide = std::size_t{64} << 20;
 
-// --- The datasets
-// -----------------------------------------------------------------------------------------------------
+// --- The datasets -----------------------------------------------------------------------------------------------
 
 struct Sample {
   DatasetBuilder active;
@@ -91,8 +92,7 @@ Sample numbersAndTexts() {
   return {builder, builder};
 }
 
-// --- One walk
-// ---------------------------------------------------------------------------------------------------------
+// --- One walk -------------------------------------------------------------------------------------------------------
 
 double secondsOfThread() {
   timespec now{};
@@ -193,8 +193,7 @@ void addWalks() {
   }
 }
 
-// --- Texts
-// ------------------------------------------------------------------------------------------------------------
+// --- Texts ----------------------------------------------------------------------------------------------------------
 
 using Comparison = int (*)(std::string_view, std::string_view);
 
@@ -230,6 +229,7 @@ void addTexts() {
 }  // namespace
 
 int main(int count, char** arguments) {
+  setMemoryLimit(8 * bytesPerSide);  // nothing is to be spilled
   addWalks();
   addTexts();
   benchmark::Initialize(&count, arguments);

@@ -18,18 +18,8 @@ void resetKey(CaseIdKey& key, std::size_t side) {
   key.side[side].curText = key.lowText;
 }
 
-int compareKeys(const std::vector<CaseIdKey>& keys) {
-  for (const CaseIdKey& key : keys) {
-    const CaseIdKey::Side& active = key.side[activeSide];
-    const CaseIdKey::Side& compared = key.side[compareSide];
-    if (key.width != 0) {
-      const int order = VRIXMBstrcoll_A(active.curText, compared.curText);
-      if (order != 0) return order;
-    } else if (!sameBits(active.curNumber, compared.curNumber)) {
-      return compared.curNumber > active.curNumber ? -1 : 1;
-    }
-  }
-  return 0;
+int textOrder(const CaseIdKey& key) {
+  return VRIXMBstrcoll_A(key.side[activeSide].curText, key.side[compareSide].curText);
 }
 
 }  // namespace compdatas

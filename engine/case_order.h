@@ -23,10 +23,6 @@ enum class ReadStatus {
 // Ties are in order. Requires: the side's iterator is open.
 ReadStatus readNextCase(DatasetComparer& comparer, std::size_t side);
 
-// Negative when the active case's key is lower, positive when the comparison case's is, 0 when they are equal or there
-// are no case IDs. Requires: both sides have a current case.
-int compareKeys(const std::vector<CaseIdKey>& keys);
-
 // Where a key went from one case to the next.
 enum class KeyStep { back, unchanged, forward };
 
@@ -56,6 +52,25 @@ inline ReadStatus stepKeys(std::vector<CaseIdKey>& keys, const VRIX_InputCaseIte
     if (step == KeyStep::forward && key + 1 != behind) resetKey(key[1], side);
   }
   return ReadStatus::current;
+}
+
+// The order of the current values of a string key, the active one's first.
+int textOrder(const CaseIdKey& key);
+
+// Negative when the active case's key is lower, positive when the comparison case's is, 0 when they are equal or there
+// are no case IDs. Requires: both sides have a current case.
+inline int compareKeys(const std::vector<CaseIdKey>& keys) {
+  for (const CaseIdKey& key : keys) {
+    if (key.width != 0) {
+      const int order = textOrder(key);
+      if (order != 0) return order;
+      continue;
+    }
+    const double active = key.side[activeSide].curNumber;
+    const double compared = key.side[compareSide].curNumber;
+    if (!sameBits(active, compared)) return compared > active ? -1 : 1;
+  }
+  return 0;
 }
 
 inline ReadStatus readNextCase(DatasetComparer& comparer, std::size_t side) {

@@ -26,6 +26,7 @@ struct Decimal {
   std::int32_t lastDigit = -1;      // the last one
   std::int32_t exponent = 0;        // as written, kept within bounds that no double reaches
 
+  bool isNegative() const { return negative; }
   bool isZero() const { return firstDigit < 0; }
   std::int32_t significantDigits() const { return isZero() ? 0 : lastDigit - firstDigit + 1; }
   // Digits before the point once the exponent is carried out, at least 1.

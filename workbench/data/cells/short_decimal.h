@@ -1,7 +1,7 @@
 // ShortDecimal: a decimal number of the kind that most are, read as fast as it can be.
 //
 // It has at most 15 digits and no exponent, so it is always held. All that it is not (longer, with an exponent, with a
-// plus sign) is decimal_text's to read.
+// plus sign) is left to scaled_decimal.h and decimal_text.h.
 #pragma once
 
 #include <bit>
@@ -31,9 +31,12 @@ class ShortDecimal {
   bool read(std::string_view text);
 
   double value() const;
+  double signedDigits() const;  // as if there were no point; -0 is one
   bool isNegative() const { return negative_; }
   std::int32_t wholeDigits() const { return wholeDigits_; }  // before the point, 0 perhaps
   std::int32_t fractionDigits() const { return fractionDigits_; }
+  std::int32_t digitsFromFirst() const;  // from the first that is not 0 on; 0: all are
+  std::int32_t zerosAtEnd() const;       // behind the last that is not; 0 where all are
   // The digits, each a byte's value, at the end of two words and without the point. One word often holds them all.
   std::uint64_t firstDigits() const { return first_; }
   std::uint64_t lastDigits() const { return second_; }
@@ -112,13 +115,26 @@ inline bool ShortDecimal::take(std::string_view text, std::size_t digits, std::s
   return digits != 0 && (wholeDigits <= 1 || text.front() != '0');
 }
 
-inline double ShortDecimal::value() const {
-  // Both operands being exact, the one operation rounds correctly.
-  std::uint64_t mantissa = digit_words::wholeNumber(second_);
-  if (first_ != 0) mantissa += digit_words::wholeNumber(first_) * 100'000'000;
-  const double magnitude =
-      static_cast<double>(static_cast<std::int64_t>(mantissa)) / digit_words::powersOfTen[fractionDigits_];
+// Both operands being exact, the one operation rounds correctly.
+inline double ShortDecimal::value() const { return signedDigits() / digit_words::powersOfTen[fractionDigits_]; }
+
+inline double ShortDecimal::signedDigits() const {
+  std::uint64_t digits = digit_words::wholeNumber(second_);
+  if (first_ != 0) digits += digit_words::wholeNumber(first_) * 100'000'000;
+  const auto magnitude = static_cast<double>(static_cast<std::int64_t>(digits));
   return negative_ ? -magnitude : magnitude;
+}
+
+inline std::int32_t ShortDecimal::digitsFromFirst() const {
+  constexpr std::int32_t digitsOfWord = 8;
+  if (first_ != 0) return 2 * digitsOfWord - std::countr_zero(first_) / 8;
+  return digitsOfWord - std::countr_zero(second_) / 8;
+}
+
+inline std::int32_t ShortDecimal::zerosAtEnd() const {
+  constexpr std::int32_t digitsOfWord = 8;
+  if (second_ != 0) return std::countl_zero(second_) / 8;
+  return first_ == 0 ? 0 : digitsOfWord + std::countl_zero(first_) / 8;
 }
 
 }  // namespace workbench::data

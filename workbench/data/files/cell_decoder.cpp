@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "workbench/data/cells/calendar_text.h"
+#include "workbench/data/cells/scaled_decimal.h"
 #include "workbench/data/files/declared_column.h"
 
 namespace workbench::data {
@@ -38,6 +39,11 @@ CellDecoder::Column CellDecoder::columnOf(const CsvColumn& column) const {
     how.decoding = column.reading ? Decoding::declaredText : Decoding::text;
   }
   return how;
+}
+
+std::optional<double> CellDecoder::scaledNumberOf(std::string_view cell) {
+  if (ScaledDecimal number; number.readPadded(cell)) return number.value();
+  return longNumberOf(cell);
 }
 
 // The scan has seen that it is a number, and that it is held. What remains to be told from one is what the conversion

@@ -51,6 +51,7 @@ class CellDecoder {
 
   Column columnOf(const CsvColumn& column) const;  // requires: it feeds a variable
   // Of filled cells; nothing when they are none of that kind.
+  static std::optional<double> scaledNumberOf(std::string_view cell);  // requires: readableBehind
   static std::optional<double> longNumberOf(std::string_view cell);
   static std::optional<double> momentOf(std::string_view cell, FormatType format);
   template <class Cells, class ValueOf>
@@ -91,7 +92,8 @@ std::optional<std::size_t> CellDecoder::decode(std::size_t column, const Cells& 
       return decodeNumbers(cells, rows, values, caseSlots, [](std::string_view cell) {
         ShortDecimal number;
         if (Cells::arePadded ? number.readPadded(cell) : number.read(cell)) return std::optional(number.value());
-        return cell.empty() ? std::optional(systemMissing) : longNumberOf(cell);
+        if (cell.empty()) return std::optional(systemMissing);
+        return Cells::arePadded ? scaledNumberOf(cell) : longNumberOf(cell);
       });
     case Decoding::moment:
       return decodeNumbers(cells, rows, values, caseSlots, [format = how.format](std::string_view cell) {

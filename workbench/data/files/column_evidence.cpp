@@ -6,6 +6,7 @@
 
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/data/cells/decimal_text.h"
+#include "workbench/data/cells/scaled_decimal.h"
 #include "workbench/text/string_comparison.h"
 
 namespace workbench::data {
@@ -14,12 +15,14 @@ namespace {
 
 std::optional<double> numberOf(std::string_view cell) {
   if (ShortDecimal number; number.readPadded(cell)) return number.value();
+  if (ScaledDecimal number; number.readPadded(cell)) return number.value();
   const std::optional<Decimal> number = decimalOf(cell);
   return number ? valueOf(*number) : std::nullopt;
 }
 
 // A digit, a minus, a point, and the one sign between these.
 bool mayBeginShort(char first) { return first >= '-' && first <= '9'; }
+bool mayBeginScaled(char first) { return first >= '+' && first <= '9'; }
 
 // The parts of ShortNumbers::shapes.
 constexpr std::int32_t wholePart = 16;
@@ -86,6 +89,10 @@ void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
     longestText = std::max(longestText, cell.size());
     if (ShortDecimal number; mayBeginShort(cell.front()) && number.readPadded(cell)) {
       shortNumbers.add(number);
+    } else if (ScaledDecimal scaled; mayBeginScaled(cell.front()) && scaled.readPadded(cell)) {
+      ++others;
+      widen(scaled);
+      note(CellKind::number, cell, [&] { return cells.lineOf(record, column); });
     } else {
       ++others;
       note(seenOther(cell), cell, [&] { return cells.lineOf(record, column); });
@@ -137,6 +144,13 @@ void ColumnEvidence::followOrder(const CellBatch& cells, std::size_t column) {
   }
 }
 
+template <class Number>
+void ColumnEvidence::widen(const Number& number) {
+  wholeWidth_ = std::max(wholeWidth_, number.expandedWholeDigits() + (number.isNegative() ? 1 : 0));
+  fractionDigits_ = std::max(fractionDigits_, number.expandedFractionDigits());
+  significantDigits_ = std::max(significantDigits_, number.significantDigits());
+}
+
 // Of a cell that is no short number.
 CellKind ColumnEvidence::seenOther(std::string_view cell) {
   if (cell.empty()) return CellKind::empty;
@@ -146,9 +160,7 @@ CellKind ColumnEvidence::seenOther(std::string_view cell) {
   if (beginsWithDigit && dateOf(cell)) return CellKind::date;
   if (const std::optional<Decimal> number = decimalOf(cell)) {
     if (!isHeld(*number)) return CellKind::text;
-    wholeWidth_ = std::max(wholeWidth_, number->expandedWholeDigits() + (number->negative ? 1 : 0));
-    fractionDigits_ = std::max(fractionDigits_, number->expandedFractionDigits());
-    significantDigits_ = std::max(significantDigits_, number->significantDigits());
+    widen(*number);
     return CellKind::number;
   }
   if (!beginsWithDigit) return CellKind::text;

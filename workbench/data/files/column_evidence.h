@@ -79,6 +79,8 @@ class ColumnEvidence {
   };
 
   CellKind seenOther(std::string_view cell);
+  template <class Number>
+  void widen(const Number& number);
   void noteFirstShort(const CellBatch& cells, std::size_t column);
   template <class LineOf>
   void note(CellKind kind, std::string_view cell, LineOf lineOf);

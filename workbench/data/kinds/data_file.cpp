@@ -1,5 +1,6 @@
 #include "workbench/data/data_file.h"
 
+#include <future>
 #include <utility>
 
 #include "workbench/data/descriptors/dictionary_place.h"
@@ -36,13 +37,49 @@ class DescribedCaseWriter final : public CaseWriter {
   std::unique_ptr<DictionaryOutput> dictionary_;
 };
 
+// The other table on its way: it is examined on a thread of its own while this one is.
+using TableInFlight = std::optional<std::future<Outcome<std::unique_ptr<ExaminedTable>>>>;
+
+TableInFlight startExamining(const std::optional<std::string>& path) {
+  if (!path) return std::nullopt;
+  return std::async(std::launch::async, [path = *path] { return examineCsvFile(path); });
+}
+
+// Columns that become texts because of the other table have to be measured before both know how wide they are.
+Outcome<InferredTypes> typesOf(ExaminedTable& table, ExaminedTable* partner) {
+  const ScannedTable own = table.scanned();
+  std::optional<ScannedTable> others;
+  if (partner != nullptr) others.emplace(partner->scanned());
+  if (Outcome<Done> measured = table.measureTexts(columnsBecomingText(own, others ? &*others : nullptr)); !measured) {
+    return measured.problem();
+  }
+  if (others) {
+    if (Outcome<Done> measured = partner->measureTexts(columnsBecomingText(*others, &own)); !measured) {
+      return measured.problem();
+    }
+  }
+  return inferTypes(own, others ? &*others : nullptr);
+}
+
 }  // namespace
 
 Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, const OpenOptions& options) {
   if (!options.password.empty()) {
     return Problem{"The file is not protected by a password.", path, "Leave the password out."};
   }
-  return openCsvFile(path, options.typesWith);
+
+  // 1. Read the table once, and the other one at the same time.
+  TableInFlight inFlight = startExamining(options.typesWith);
+  Outcome<std::unique_ptr<ExaminedTable>> table = examineCsvFile(path);
+  std::optional<Outcome<std::unique_ptr<ExaminedTable>>> partner;
+  if (inFlight) partner = inFlight->get();
+  if (!table) return table.problem();
+  if (partner && !*partner) return partner->problem();
+
+  // 2. What nobody declared is inferred over both.
+  Outcome<InferredTypes> types = typesOf(**table, partner ? (**partner).get() : nullptr);
+  if (!types) return types.problem();
+  return (*table)->open(std::move(*types));
 }
 
 bool bringsDictionary(const std::string& path) {

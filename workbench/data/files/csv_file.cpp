@@ -1,11 +1,10 @@
 #include "workbench/data/files/csv_file.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 
 #include "workbench/data/files/case_readers.h"
 #include "workbench/data/files/csv_table.h"
+#include "workbench/data/files/dataset_description.h"
 #include "workbench/data/files/duckdb_library.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/data/files/type_inference.h"
@@ -54,30 +53,6 @@ ScannedTable scannedTable(const TableSource& source) {
   return table;
 }
 
-// A variable that the dataset's description names; -1, and a warning, when no column holds it.
-std::int32_t namedVariable(const Dictionary& dictionary, const std::string& name, const char* purpose,
-                           TableSource& source) {
-  if (name.empty()) return -1;
-  const std::int32_t index = dictionary.find(name);
-  if (index < 0) {
-    source.warnings.push_back(fmt::format("No column holds \"{}\", which {} names as {}.", name,
-                                          source.description->descriptorPath, purpose));
-  }
-  return index;
-}
-
-void describeDataset(Dictionary& dictionary, TableSource& source) {
-  if (source.description == nullptr) return;
-  const DescribedTable& description = *source.description;
-  dictionary.attributes = description.attributes;
-  dictionary.filter = namedVariable(dictionary, description.filter, "the filter", source);
-  dictionary.weight = namedVariable(dictionary, description.weight, "the weight", source);
-  for (const std::string& name : description.split) {
-    const std::int32_t index = namedVariable(dictionary, name, "a split variable", source);
-    if (index >= 0) dictionary.split.push_back(index);
-  }
-}
-
 std::shared_ptr<const CsvTable> tableOf(const TableSource& source, Dictionary dictionary) {
   std::vector<CsvPart> parts;
   for (std::size_t part = 0; part < source.dataPaths.size(); ++part) {
@@ -102,7 +77,7 @@ class ExaminedCsvFile final : public ExaminedTable {
     for (std::string& warning : types.warnings) source_.warnings.push_back(std::move(warning));
     Dictionary dictionary;
     for (Variable& variable : types.variables) dictionary.add(std::move(variable));
-    describeDataset(dictionary, source_);
+    if (source_.description != nullptr) describeDataset(dictionary, *source_.description, source_.warnings);
     auto table = tableOf(source_, std::move(dictionary));
     return std::shared_ptr<const DataFile>(std::make_shared<CsvFile>(std::move(table), std::move(source_)));
   }

@@ -1,5 +1,7 @@
-// ExaminedTable: a table that has been read once, whatever holds it, before the types of its variables are settled.
+// ExaminedTable: a table that is about to be opened, whatever holds it, before the types of its variables are settled.
 //
+// Its values have been looked at, unless all that they could tell is written down: then that is left until it is asked
+// for.
 // Types are settled over two tables together where they are to be compared, and these may be held in different ways.
 #pragma once
 
@@ -16,6 +18,11 @@ namespace workbench::data {
 class ExaminedTable {
  public:
   virtual ~ExaminedTable() = default;
+
+  // Whether nothing is to be inferred of it, its values not having been looked at.
+  virtual bool isWhollyDescribed() const { return false; }
+  // Looks at them after all. Requires: it is wholly described.
+  virtual Outcome<Done> lookAtValues() { return Done{}; }
 
   // Refers to this object.
   virtual ScannedTable scanned() const = 0;

@@ -233,7 +233,10 @@ std::vector<std::size_t> columnsBecomingText(const ScannedTable& table, const Sc
   const PartnerColumns partnerColumns(partner);
   std::vector<std::size_t> columns;
   for (std::size_t index = 0; index < table.names.size(); ++index) {
-    if (table.fields[index] != nullptr) continue;
+    if (table.fields[index] != nullptr) {
+      if (isDeclaredText(table.fields[index])) columns.push_back(index);
+      continue;
+    }
     ColumnEvidence both = table.columns[index];
     if (const std::optional<std::size_t> found = partnerColumns.find(table.names[index])) {
       both.merge(partner->columns[*found]);

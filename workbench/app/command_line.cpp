@@ -73,7 +73,7 @@ void addOutputOptions(CLI::App& command, OutputChoice& output) {
 void addCompare(CLI::App& program, CompareCommand& compare) {
   CLI::App& command = *program.add_subcommand("compare", "Compare two datasets");
   CompareRequest& request = compare.request;
-  command.add_option("ACTIVE", request.active, "The dataset that is compared (a CSV file)")->required();
+  command.add_option("ACTIVE", request.active, "The dataset that is compared")->required();
   command.add_option("COMPARISON", request.comparison, "The dataset that it is held against")->required();
   command.add_option("--id", request.ids, "Case ID variables; without them cases are paired by position")
       ->delimiter(',')
@@ -132,6 +132,14 @@ void addSort(CLI::App& program, SortCommand& sort) {
   addOutputOptions(command, sort.results);
 }
 
+void addConvert(CLI::App& program, ConvertCommand& convert) {
+  CLI::App& command = *program.add_subcommand("convert", "Copy a dataset, with its dictionary, into another data file");
+  command.add_option("IN", convert.input, "The data")->required();
+  command.add_option("OUT", convert.output, "Where the copy goes; its name's ending says of what kind it is")
+      ->required();
+  addOutputOptions(command, convert.results);
+}
+
 void addLaterCommand(CLI::App& program, const std::string& name) {
   program.add_subcommand(name)->group("")->allow_extras()->callback(
       [name] { throw CLI::ValidationError(name, "does not work in this version yet"); });
@@ -186,13 +194,14 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
   CompareCommand compare;
   RunCommand run;
   DescribeCommand describe;
+  ConvertCommand convert;
   SortCommand sort;
   program.add_option("--plugins", options.pluginFolders, "Another folder of plug-ins")->type_name("FOLDER");
   addCompare(program, compare);
   addRun(program, run);
   addDescribe(program, describe);
+  addConvert(program, convert);
   addSort(program, sort);
-  addLaterCommand(program, "convert");
   addLaterCommand(program, "encode-password");
 
   try {
@@ -215,6 +224,8 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
     options.command = run;
   } else if (program.got_subcommand("describe")) {
     options.command = describe;
+  } else if (program.got_subcommand("convert")) {
+    options.command = convert;
   } else {
     options.command = sort;
   }

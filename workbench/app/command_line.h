@@ -48,6 +48,12 @@ struct DescribeCommand {
   OutputChoice output;
 };
 
+struct ConvertCommand {
+  std::string input;
+  std::string output;
+  OutputChoice results;
+};
+
 struct SortCommand {
   std::string input;
   std::string output;
@@ -60,7 +66,7 @@ struct ShowText {
   std::string text;
 };
 
-using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand, SortCommand, ShowText>;
+using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand, ConvertCommand, SortCommand, ShowText>;
 
 struct ProgramOptions {
   std::vector<std::string> pluginFolders;  // beside the program's own

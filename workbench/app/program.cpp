@@ -76,6 +76,12 @@ Outcome<Job> jobOf(const DescribeCommand& describe) {
   return Job{fmt::format("OPEN DATA FILE={}.\nDESCRIBE DATA.\n", quotedInJob(describe.data)), OnError::stop};
 }
 
+Outcome<Job> jobOf(const ConvertCommand& convert) {
+  return Job{
+      fmt::format("OPEN DATA FILE={}.\nSAVE DATA FILE={}.\n", quotedInJob(convert.input), quotedInJob(convert.output)),
+      OnError::stop};
+}
+
 Outcome<Job> jobOf(const SortCommand& sort) {
   return Job{fmt::format("OPEN DATA FILE={}.\nSORT CASES BY={}.\nSAVE DATA FILE={}.\n", quotedInJob(sort.input),
                          namesOf(sort.by), quotedInJob(sort.output)),
@@ -87,6 +93,7 @@ Outcome<Job> jobOf(const ShowText&) { return Job{}; }
 const OutputChoice& outputOf(const CompareCommand& command) { return command.output; }
 const OutputChoice& outputOf(const RunCommand& command) { return command.output; }
 const OutputChoice& outputOf(const DescribeCommand& command) { return command.output; }
+const OutputChoice& outputOf(const ConvertCommand& command) { return command.results; }
 const OutputChoice& outputOf(const SortCommand& command) { return command.results; }
 const OutputChoice& outputOf(const ShowText&) {
   static const OutputChoice none;

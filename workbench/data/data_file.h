@@ -53,6 +53,9 @@ bool bringsDictionary(const std::string& path);
 // brought up to date.
 Outcome<std::optional<std::string>> fileWrittenBeside(const std::string& path);
 
+// Whether the name is one of a kind of data that is written.
+Outcome<Done> checkCanBeWritten(const std::string& path);
+
 // Begins writing a data file of the kind that its name's ending says, and its dictionary. Nothing stands at `path`
 // before commit().
 Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, const Dictionary& dictionary,

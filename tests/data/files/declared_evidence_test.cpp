@@ -81,7 +81,7 @@ TEST(DeclaredEvidence, IsGatheredOverPlainTexts) {
   EXPECT_EQ(columns[3].filled(), 2U);
   EXPECT_EQ(columns[3].longestText(), 9U);
   const std::vector<const DescribedField*> fields((*evidence)->header.size());
-  const InferredTypes types = inferTypes({path, (*evidence)->header, **evidence, fields}, nullptr);
+  const InferredTypes types = inferTypes({path, "line", (*evidence)->header, (*evidence)->columns, fields}, nullptr);
   EXPECT_EQ(types.variables[0].format.width, 8);
   EXPECT_EQ(types.variables[0].format.decimals, 3);
 }

@@ -128,4 +128,17 @@ Outcome<DescribedTable> describedResource(const std::string& packagePath, const 
   return finished(std::move(table), findings);
 }
 
+Outcome<DescribedTable> describedByResource(std::string_view resource, const std::string& dataPath) {
+  const Outcome<JsonDocument> document = jsonDocument(resource, dataPath);
+  if (!document) return document.problem();
+  DescriptorFindings findings;
+  DescribedTable table;
+  if (const auto object = DescriptorValue(*document, findings).object()) {
+    table = describedTable({.object = *object, .name = {}, .paths = {}});
+  }
+  table.descriptorPath = dataPath;
+  table.dataPaths = {dataPath};
+  return finished(std::move(table), findings);
+}
+
 }  // namespace workbench::data

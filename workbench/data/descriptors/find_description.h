@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "workbench/data/descriptors/described_table.h"
 #include "workbench/runtime/outcome.h"
@@ -17,5 +18,8 @@ Outcome<std::optional<DescribedTable>> descriptionBeside(const std::string& data
 
 // A resource of a package; with an empty name the only one that is a table.
 Outcome<DescribedTable> describedResource(const std::string& packagePath, const std::string& resourceName);
+
+// What a resource says whose text is stored with the data, in the file of that path.
+Outcome<DescribedTable> describedByResource(std::string_view resource, const std::string& dataPath);
 
 }  // namespace workbench::data

@@ -135,14 +135,31 @@ Json statisticsJson(const Variable& variable) {
   return json;
 }
 
-}  // namespace
-
-Outcome<std::string> schemaText(const Dictionary& dictionary) {
-  if (std::optional<Problem> problem = whyNotWritten(dictionary)) return *std::move(problem);
+Json schemaJson(const Dictionary& dictionary) {
   Json schema;
   schema[property::profileAddress] = schemaProfile;
   schema[property::fields] = Json::array();
   for (const Variable& variable : dictionary.variables()) schema[property::fields].push_back(fieldJson(variable));
+  return schema;
+}
+
+}  // namespace
+
+Outcome<std::string> resourceText(const std::string& name, const Dictionary& dictionary) {
+  if (std::optional<Problem> problem = whyNotWritten(dictionary)) return *std::move(problem);
+  Json resource;
+  resource[property::name] = name;
+  resource[property::type] = "table";
+  resource[property::schema] = schemaJson(dictionary);
+  if (Json dataset = datasetJson(dictionary); !dataset.empty()) {
+    resource[property::statisticsDataset] = std::move(dataset);
+  }
+  return resource.dump();
+}
+
+Outcome<std::string> schemaText(const Dictionary& dictionary) {
+  if (std::optional<Problem> problem = whyNotWritten(dictionary)) return *std::move(problem);
+  Json schema = schemaJson(dictionary);
   if (Json dataset = datasetJson(dictionary); !dataset.empty()) {
     schema[property::statisticsDataset] = std::move(dataset);
   }

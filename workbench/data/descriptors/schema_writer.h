@@ -16,6 +16,9 @@ namespace workbench::data {
 // A schema for a file of its own. A problem names the variable and what of it cannot be written.
 Outcome<std::string> schemaText(const Dictionary& dictionary);
 
+// The same as a resource of that name, to be stored with the data.
+Outcome<std::string> resourceText(const std::string& name, const Dictionary& dictionary);
+
 // The parts of it. Require: whyNotWritten() finds nothing in the dictionary.
 Json fieldJson(const Variable& variable);
 Json datasetJson(const Dictionary& dictionary);  // an empty object when there is nothing to say

@@ -124,6 +124,19 @@ void ColumnEvidence::addAs(std::string_view text, const CellBatch& cells, std::s
   note(isShort ? CellKind::number : seenOther(text), text, [&] { return cells.lineOf(record, column); });
 }
 
+void ColumnEvidence::add(CellKind kind, const Summary& cells) {
+  if (cells.count == 0) return;
+  numbersRise_ = textsRise_ = false;
+  const auto index = static_cast<std::size_t>(kind);
+  if (counts_[index] == 0 && kind != CellKind::empty) first_[index] = cells.first;
+  counts_[index] += cells.count;
+  longestText_ = std::max(longestText_, cells.longestText);
+  wholeWidth_ = std::max(wholeWidth_, cells.wholeWidth);
+  fractionDigits_ = std::max(fractionDigits_, cells.fractionDigits);
+  significantDigits_ = std::max(significantDigits_, cells.significantDigits);
+  secondsDigits_ = std::max(secondsDigits_, cells.secondsDigits);
+}
+
 template <class LineOf>
 void ColumnEvidence::note(CellKind kind, std::string_view cell, LineOf lineOf) {
   const auto index = static_cast<std::size_t>(kind);
@@ -187,6 +200,7 @@ void ColumnEvidence::merge(const ColumnEvidence& other) {
   significantDigits_ = std::max(significantDigits_, other.significantDigits_);
   shortNumbers_.merge(other.shortNumbers_);
   secondsDigits_ = std::max(secondsDigits_, other.secondsDigits_);
+  if (other.declared_ == CellKind::text || declared_ == CellKind::empty) declared_ = other.declared_;
 }
 
 std::uint64_t ColumnEvidence::filled() const {
@@ -195,7 +209,7 @@ std::uint64_t ColumnEvidence::filled() const {
 
 CellKind ColumnEvidence::kind() const {
   const std::uint64_t all = filled();
-  if (all == 0) return CellKind::empty;
+  if (all == 0 || declared_ == CellKind::text) return declared_;
   for (const CellKind kind : {CellKind::number, CellKind::date, CellKind::time, CellKind::dateTime}) {
     if (count(kind) == all) return kind;
   }
@@ -213,6 +227,7 @@ const CellSighting& ColumnEvidence::firstOtherThan(CellKind kind) const {
 }
 
 std::string_view whyOtherThan(CellKind kind, const CellSighting& cell) {
+  if (cell.isStored) return "is stored as something else";
   switch (kind) {
     case CellKind::date:
       return "is no ISO date";

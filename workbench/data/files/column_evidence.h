@@ -25,6 +25,7 @@ struct CellSighting {
   std::uint64_t line = 0;  // from 1; 0: none was seen
   std::string text;        // its beginning
   bool isWhole = true;     // the text is all of it
+  bool isStored = false;   // its source says what it is, whatever it looks like
 };
 
 // The beginning of a cell for messages, cut between characters.
@@ -36,6 +37,22 @@ class ColumnEvidence {
   void add(const CellBatch& cells, std::size_t column);
   // Adds one of them as if it had another text.
   void addAs(std::string_view text, const CellBatch& cells, std::size_t record, std::size_t column);
+  // What cells of one kind, which were not read from a text, have in common.
+  struct Summary {
+    std::uint64_t count = 0;
+    CellSighting first;
+    std::size_t longestText = 0;
+    std::int32_t wholeWidth = 1;  // this and the next two: of numbers
+    std::int32_t fractionDigits = 0;
+    std::int32_t significantDigits = 1;
+    std::int32_t secondsDigits = 0;
+  };
+  // Whether such cells rise is not known.
+  void add(CellKind kind, const Summary& cells);
+  // What the source says that the column is: text whatever is in it, another kind as long as nothing is.
+  void declare(CellKind kind) { declared_ = kind; }
+  // Of a column that is read as text after all.
+  void setLongestText(std::size_t bytes) { longestText_ = bytes; }
   // Adds all that the other one has seen. Sightings stay this one's where it has any.
   void merge(const ColumnEvidence& other);
 
@@ -94,6 +111,7 @@ class ColumnEvidence {
   std::int32_t fractionDigits_ = 0;
   std::int32_t significantDigits_ = 1;
   std::int32_t secondsDigits_ = 0;
+  CellKind declared_ = CellKind::empty;  // empty: nothing is
   bool numbersRise_ = true;
   bool textsRise_ = true;
   std::optional<double> lastNumber_;  // while they rise

@@ -1,12 +1,10 @@
 #include "workbench/data/files/csv_file.h"
 
-#include <fmt/format.h>
-
-#include <future>
 #include <utility>
 
 #include "workbench/data/files/case_readers.h"
 #include "workbench/data/files/csv_table.h"
+#include "workbench/data/files/dataset_description.h"
 #include "workbench/data/files/duckdb_library.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/data/files/type_inference.h"
@@ -49,42 +47,10 @@ bool CsvFile::isKnownIncreasing(std::int32_t variable) const {
   return evidence.numbersRise() || (evidence.kind() == CellKind::date && evidence.textsRise());
 }
 
-// The other table on its way: it is examined on a thread of its own while this one is.
-using TableInFlight = std::optional<std::future<Outcome<TableSource>>>;
-
-TableInFlight startExamining(const std::optional<std::string>& path) {
-  if (!path) return std::nullopt;
-  return std::async(std::launch::async, [path = *path] { return examineTable(path); });
-}
-
 ScannedTable scannedTable(const TableSource& source) {
-  ScannedTable table{source.path, source.names, *source.evidence.whole, {}};
+  ScannedTable table{source.path, "line", source.names, source.evidence.whole->columns, {}};
   for (std::size_t column = 0; column < source.names.size(); ++column) table.fields.push_back(source.fieldOf(column));
   return table;
-}
-
-// A variable that the dataset's description names; -1, and a warning, when no column holds it.
-std::int32_t namedVariable(const Dictionary& dictionary, const std::string& name, const char* purpose,
-                           TableSource& source) {
-  if (name.empty()) return -1;
-  const std::int32_t index = dictionary.find(name);
-  if (index < 0) {
-    source.warnings.push_back(fmt::format("No column holds \"{}\", which {} names as {}.", name,
-                                          source.description->descriptorPath, purpose));
-  }
-  return index;
-}
-
-void describeDataset(Dictionary& dictionary, TableSource& source) {
-  if (source.description == nullptr) return;
-  const DescribedTable& description = *source.description;
-  dictionary.attributes = description.attributes;
-  dictionary.filter = namedVariable(dictionary, description.filter, "the filter", source);
-  dictionary.weight = namedVariable(dictionary, description.weight, "the weight", source);
-  for (const std::string& name : description.split) {
-    const std::int32_t index = namedVariable(dictionary, name, "a split variable", source);
-    if (index >= 0) dictionary.split.push_back(index);
-  }
 }
 
 std::shared_ptr<const CsvTable> tableOf(const TableSource& source, Dictionary dictionary) {
@@ -101,36 +67,35 @@ std::shared_ptr<const CsvTable> tableOf(const TableSource& source, Dictionary di
                                           std::move(dictionary));
 }
 
+class ExaminedCsvFile final : public ExaminedTable {
+ public:
+  explicit ExaminedCsvFile(TableSource source) : source_(std::move(source)) {}
+
+  ScannedTable scanned() const override { return scannedTable(source_); }
+
+  Outcome<std::shared_ptr<const DataFile>> open(InferredTypes types) override {
+    for (std::string& warning : types.warnings) source_.warnings.push_back(std::move(warning));
+    Dictionary dictionary;
+    for (Variable& variable : types.variables) dictionary.add(std::move(variable));
+    if (source_.description != nullptr) describeDataset(dictionary, *source_.description, source_.warnings);
+    auto table = tableOf(source_, std::move(dictionary));
+    return std::shared_ptr<const DataFile>(std::make_shared<CsvFile>(std::move(table), std::move(source_)));
+  }
+
+ private:
+  TableSource source_;
+};
+
 }  // namespace
 
-Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path,
-                                                     const std::optional<std::string>& typesWith) {
-  // 1. Examine the table, and the other one at the same time.
-  TableInFlight inFlight = startExamining(typesWith);
+Outcome<std::unique_ptr<ExaminedTable>> examineCsvFile(const std::string& path) {
   Outcome<TableSource> source = examineTable(path);
-  std::optional<Outcome<TableSource>> partner;
-  if (inFlight) partner = inFlight->get();
   if (!source) return source.problem();
-  if (partner && !*partner) return partner->problem();
-
   // Better to know now that it is missing. It takes its time to load, so who needs it not does not ask.
   if (isReadByDuckDb(source->evidence.whole->dialect, source->kind.packing)) {
     if (const Outcome<const DuckDbLibrary*> library = duckDbLibrary(); !library) return library.problem();
   }
-
-  // 2. What nobody declared is inferred over both.
-  const ScannedTable own = scannedTable(*source);
-  std::optional<ScannedTable> other;
-  if (partner) other.emplace(scannedTable(**partner));
-  InferredTypes types = inferTypes(own, other ? &*other : nullptr);
-  for (std::string& warning : types.warnings) source->warnings.push_back(std::move(warning));
-
-  // 3. Put it together.
-  Dictionary dictionary;
-  for (Variable& variable : types.variables) dictionary.add(std::move(variable));
-  describeDataset(dictionary, *source);
-  auto table = tableOf(*source, std::move(dictionary));
-  return std::shared_ptr<const DataFile>(std::make_shared<CsvFile>(std::move(table), std::move(*source)));
+  return std::unique_ptr<ExaminedTable>(std::make_unique<ExaminedCsvFile>(std::move(*source)));
 }
 
 }  // namespace workbench::data

@@ -1,17 +1,15 @@
-// CsvFile: a CSV file as a data file.
+// CSV files as a data file.
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "workbench/data/data_file.h"
+#include "workbench/data/files/examined_table.h"
+#include "workbench/runtime/outcome.h"
 
 namespace workbench::data {
 
-// Opens a table in CSV files, with its description where there is one. What nobody declared of it is inferred, together
-// with what nobody declared of the other table when one is named.
-Outcome<std::shared_ptr<const DataFile>> openCsvFile(const std::string& path,
-                                                     const std::optional<std::string>& typesWith);
+// Reads a table in CSV files, with its description where there is one.
+Outcome<std::unique_ptr<ExaminedTable>> examineCsvFile(const std::string& path);
 
 }  // namespace workbench::data

@@ -35,6 +35,10 @@ class DuckDbCopy {
 
   // The cells of the row that is being made, each set once before endRow().
   void setText(std::size_t column, std::string_view text) { rows_->setText(column, text); }
+  template <class Value>
+  void setValue(std::size_t column, Value value) {
+    rows_->setValue(column, value);
+  }
   void setMissing(std::size_t column) { rows_->setMissing(column); }
   void endRow();
 

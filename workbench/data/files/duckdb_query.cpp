@@ -45,9 +45,13 @@ Outcome<bool> DuckDbQuery::nextChunk() {
 }
 
 DuckDbQuery::Column DuckDbQuery::column(std::size_t index) const {
+  const auto [texts, present] = values(index);
+  return {static_cast<const duckdb_string_t*>(texts), present};
+}
+
+std::pair<const void*, const std::uint64_t*> DuckDbQuery::values(std::size_t index) const {
   duckdb_vector vector = library_.duckdb_data_chunk_get_vector(chunk_, index);
-  return {static_cast<const duckdb_string_t*>(library_.duckdb_vector_get_data(vector)),
-          library_.duckdb_vector_get_validity(vector)};
+  return {library_.duckdb_vector_get_data(vector), library_.duckdb_vector_get_validity(vector)};
 }
 
 Outcome<std::uint64_t> rowsWritten(const std::string& sql) {

@@ -1,4 +1,4 @@
-// DuckDbQuery: the rows of a query, chunk by chunk, in their order, all columns being texts.
+// DuckDbQuery: the rows of a query, chunk by chunk, in their order.
 //
 // Each query runs over a connection of its own. Used by one thread at a time.
 #pragma once
@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "workbench/data/files/duckdb_library.h"
 #include "workbench/runtime/outcome.h"
@@ -26,7 +27,7 @@ class DuckDbQuery {
   Outcome<bool> nextChunk();
   std::size_t rows() const { return rows_; }
 
-  // One column of the current chunk.
+  // One column of texts in the current chunk.
   struct Column {
     const duckdb_string_t* values = nullptr;
     const std::uint64_t* present = nullptr;  // a bit per row; null: all are
@@ -39,7 +40,11 @@ class DuckDbQuery {
       return {length <= longestInlined ? value.value.inlined.inlined : value.value.pointer.ptr, length};
     }
   };
+  // Requires: the column's values are texts.
   Column column(std::size_t index) const;
+  // The values of any column: one after another in the current chunk as DuckDB lays them down, and a bit per row that
+  // is there; null: all are.
+  std::pair<const void*, const std::uint64_t*> values(std::size_t index) const;
 
  private:
   explicit DuckDbQuery(const DuckDbLibrary& library) : library_(library) {}

@@ -26,6 +26,7 @@ duckdb_data_chunk makeChunk(const DuckDbLibrary& library, const std::vector<Duck
 DuckDbRows::DuckDbRows(const DuckDbLibrary& library, const std::vector<DuckDbColumn>& columns)
     : library_(library),
       vectors_(columns.size()),
+      values_(columns.size()),
       presence_(columns.size()),
       mostRows_(mostRowsOf(library, columns.size())) {
   chunk_ = makeChunk(library, columns);
@@ -53,6 +54,7 @@ void DuckDbRows::setMissing(std::size_t column) {
 void DuckDbRows::clear() {
   library_.duckdb_data_chunk_reset(chunk_);  // every cell is present again, and the texts are freed
   std::fill(presence_.begin(), presence_.end(), nullptr);
+  std::fill(values_.begin(), values_.end(), nullptr);
   rows_ = 0;
   textBytes_ = 0;
 }

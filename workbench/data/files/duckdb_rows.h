@@ -29,6 +29,11 @@ class DuckDbRows {
 
   // The cells of the row that is being made, each set once before endRow(). Requires: there is room for the row.
   void setText(std::size_t column, std::string_view text);  // of a VARCHAR column; the text is copied
+  template <class Value>  // of a column whose type DuckDB lays down as such values
+  void setValue(std::size_t column, Value value) {
+    if (values_[column] == nullptr) values_[column] = library_.duckdb_vector_get_data(vectors_[column]);
+    static_cast<Value*>(values_[column])[rows_] = value;
+  }
   void setMissing(std::size_t column);
   void endRow() { ++rows_; }
 
@@ -45,6 +50,7 @@ class DuckDbRows {
   const DuckDbLibrary& library_;
   duckdb_data_chunk chunk_ = nullptr;
   std::vector<duckdb_vector> vectors_;    // of the columns
+  std::vector<void*> values_;             // where the columns' values lie; null as long as none is set
   std::vector<std::uint64_t*> presence_;  // a bit per row of a column; null as long as no cell is missing
   std::size_t mostRows_;
   std::size_t rows_ = 0;

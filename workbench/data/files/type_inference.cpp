@@ -138,11 +138,11 @@ std::optional<CellKind> almostKind(const ColumnEvidence& evidence) {
   return std::nullopt;
 }
 
-// What made the column text, and where: in `path`, a cell other than `wanted`.
-std::string textWarning(const std::string& column, const std::string& path, const CellSighting& cell, CellKind wanted,
+// What made the column text, and where: in the table, a cell other than `wanted`.
+std::string textWarning(const std::string& column, const ScannedTable& table, const CellSighting& cell, CellKind wanted,
                         std::string_view consequence) {
-  return fmt::format("Column \"{}\" is read as text: in {}, line {}, \"{}{}\" {}{}.", column, path, cell.line,
-                     cell.text, cell.isWhole ? "" : "...", whyOtherThan(wanted, cell), consequence);
+  return fmt::format("Column \"{}\" is read as text: in {}, {} {}, \"{}{}\" {}{}.", column, table.path, table.place,
+                     cell.line, cell.text, cell.isWhole ? "" : "...", whyOtherThan(wanted, cell), consequence);
 }
 
 // One column with all that is known of it. The partner's evidence is null when it has no such column.
@@ -153,51 +153,66 @@ struct Column {
   const ColumnEvidence& both;
 };
 
+// The columns of the other table, found by name without regard to case.
+class PartnerColumns {
+ public:
+  explicit PartnerColumns(const ScannedTable* partner) {
+    if (partner == nullptr) return;
+    for (std::size_t column = 0; column < partner->names.size(); ++column) {
+      byName_.emplace(text::foldedName(partner->names[column]), column);
+    }
+  }
+
+  std::optional<std::size_t> find(const std::string& name) const {
+    const auto found = byName_.find(text::foldedName(name));
+    return found == byName_.end() ? std::nullopt : std::optional(found->second);
+  }
+
+ private:
+  std::unordered_map<std::string, std::size_t> byName_;
+};
+
+bool isDeclaredText(const DescribedField* field) { return field != nullptr && field->reading.type == CellType::text; }
+
 // Empty when the column is not text, or is text for good reasons.
 std::string whyText(const Column& column, const ScannedTable& file, const ScannedTable* partner) {
   if (column.both.kind() != CellKind::text) return {};
   if (column.others != nullptr && isTyped(column.own.kind())) {
     const CellKind wanted = column.own.kind();
-    return textWarning(column.name, partner->path, column.others->firstOtherThan(wanted), wanted,
+    return textWarning(column.name, *partner, column.others->firstOtherThan(wanted), wanted,
                        fmt::format("; this file alone would have been read as {}", nameOf(wanted)));
   }
   if (column.others != nullptr && isTyped(column.others->kind())) {
     const CellKind wanted = column.others->kind();
-    return textWarning(column.name, file.path, column.own.firstOtherThan(wanted), wanted,
+    return textWarning(column.name, file, column.own.firstOtherThan(wanted), wanted,
                        fmt::format("; the other file would have been read as {}", nameOf(wanted)));
   }
   const std::optional<CellKind> wanted = almostKind(column.both);
   if (!wanted) return {};
   const CellSighting& ownCell = column.own.firstOtherThan(*wanted);
-  if (ownCell.line != 0) return textWarning(column.name, file.path, ownCell, *wanted, "");
-  return textWarning(column.name, partner->path, column.others->firstOtherThan(*wanted), *wanted, "");
+  if (ownCell.line != 0) return textWarning(column.name, file, ownCell, *wanted, "");
+  return textWarning(column.name, *partner, column.others->firstOtherThan(*wanted), *wanted, "");
 }
 
 }  // namespace
 
 InferredTypes inferTypes(const ScannedTable& table, const ScannedTable* partner) {
-  std::unordered_map<std::string, std::size_t> partnerColumns;
-  if (partner != nullptr) {
-    for (std::size_t column = 0; column < partner->names.size(); ++column) {
-      partnerColumns.emplace(text::foldedName(partner->names[column]), column);
-    }
-  }
+  const PartnerColumns partnerColumns(partner);
   InferredTypes types;
   std::size_t unsaid = 0;
   for (std::size_t index = 0; index < table.names.size(); ++index) {
     const std::string& name = table.names[index];
-    const ColumnEvidence& own = table.evidence.columns[index];
-    const auto found = partnerColumns.find(text::foldedName(name));
-    const bool isInPartner = found != partnerColumns.end();
-    const ColumnEvidence* others = isInPartner ? &partner->evidence.columns[found->second] : nullptr;
+    const ColumnEvidence& own = table.columns[index];
+    const std::optional<std::size_t> found = partnerColumns.find(name);
+    const ColumnEvidence* others = found ? &partner->columns[*found] : nullptr;
     ColumnEvidence both = own;
     if (others != nullptr) both.merge(*others);
     if (table.fields[index] != nullptr) {
       types.variables.push_back(declaredVariable(name, *table.fields[index], both));
       continue;
     }
-    const DescribedField* const partnerField = isInPartner ? partner->fields[found->second] : nullptr;
-    const bool isTextThere = partnerField != nullptr && partnerField->reading.type == CellType::text;
+    const DescribedField* const partnerField = found ? partner->fields[*found] : nullptr;
+    const bool isTextThere = isDeclaredText(partnerField);
     types.variables.push_back(inferredVariable(name, isTextThere ? CellKind::text : both.kind(), both));
 
     std::string warning = isTextThere ? std::string() : whyText({name, own, others, both}, table, partner);
@@ -212,6 +227,27 @@ InferredTypes inferTypes(const ScannedTable& table, const ScannedTable* partner)
     types.warnings.push_back(fmt::format("{} more columns are read as text because of single cells.", unsaid));
   }
   return types;
+}
+
+std::vector<std::size_t> columnsBecomingText(const ScannedTable& table, const ScannedTable* partner) {
+  const PartnerColumns partnerColumns(partner);
+  std::vector<std::size_t> columns;
+  for (std::size_t index = 0; index < table.names.size(); ++index) {
+    if (table.fields[index] != nullptr) {
+      if (isDeclaredText(table.fields[index])) columns.push_back(index);
+      continue;
+    }
+    ColumnEvidence both = table.columns[index];
+    if (const std::optional<std::size_t> found = partnerColumns.find(table.names[index])) {
+      both.merge(partner->columns[*found]);
+      if (isDeclaredText(partner->fields[*found])) {
+        columns.push_back(index);
+        continue;
+      }
+    }
+    if (both.kind() == CellKind::text) columns.push_back(index);
+  }
+  return columns;
 }
 
 }  // namespace workbench::data

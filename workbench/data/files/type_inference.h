@@ -8,20 +8,23 @@
 // width and alignment. A column that is declared as a string in the partner is text here too.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "workbench/data/descriptors/described_table.h"
 #include "workbench/data/dictionary.h"
-#include "workbench/data/files/file_evidence.h"
+#include "workbench/data/files/column_evidence.h"
 
 namespace workbench::data {
 
 // A scanned table under the name by which users know it. What it refers to outlives it.
 struct ScannedTable {
   std::string path;
+  std::string_view place;          // what its sightings count: "line"
   std::vector<std::string> names;  // one per column
-  const FileEvidence& evidence;
+  const std::vector<ColumnEvidence>& columns;
   std::vector<const DescribedField*> fields;  // one per column; null: nothing is declared of it
 };
 
@@ -32,5 +35,8 @@ struct InferredTypes {
 
 // The partner may be null. Its columns are found by name, without regard to case.
 InferredTypes inferTypes(const ScannedTable& table, const ScannedTable* partner);
+
+// The columns that become texts, all or some of whose values are none of those of a text column.
+std::vector<std::size_t> columnsBecomingText(const ScannedTable& table, const ScannedTable* partner);
 
 }  // namespace workbench::data

@@ -1,7 +1,7 @@
 #include "workbench/data/working/case_file_spec.h"
 
 #include "host/datasets.h"
-#include "workbench/data/files/file_kind.h"
+#include "workbench/data/data_file.h"
 #include "workbench/data/working/file_place.h"
 #include "workbench/data/working/handle.h"
 #include "workbench/data/working/refusal.h"
@@ -64,7 +64,7 @@ Outcome<CaseFileSpec> outputSpec(std::string_view name, std::string_view passwor
   spec.name = cleanedPath(name);
   const Outcome<Done> canBeWritten = checkOutputFile(spec.name);
   if (!canBeWritten) return canBeWritten.problem();
-  const Outcome<FileKind> kind = fileKind(spec.name);
+  const Outcome<Done> kind = checkCanBeWritten(spec.name);
   if (!kind) return kind.problem();
   spec.password = std::string(password);
   return spec;

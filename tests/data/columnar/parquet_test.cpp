@@ -1,0 +1,130 @@
+// Parquet files, written and read.
+#include <gtest/gtest.h>
+#include <rapidcheck.h>
+
+#include "host/messages.h"
+#include "tests/data/columnar/stored_fixture.h"
+#include "tests/data/descriptors/random_dictionary.h"
+
+namespace workbench::data {
+namespace {
+
+// Copies all cases of one data file into another.
+void convert(const std::string& from, const std::string& to) {
+  const SharedFile file = opened(from);
+  ASSERT_NE(file, nullptr);
+  auto writer = createDataFile(to, file->dictionary(), "");
+  ASSERT_TRUE(writer) << writer.problem().text();
+  const auto reader = file->openReader();
+  CaseBlock block(CaseLayout(file->dictionary()).caseSlots);
+  for (reader->fill(block); block.cases() != 0; reader->fill(block)) {
+    (*writer)->append(block.begin(), block.cases(), block.caseSlots());
+  }
+  (*writer)->complete();
+  (*writer)->commit();
+}
+
+TEST(Parquet, HoldsTheSameCasesAsTheTextFileItWasMadeFrom) {
+  const TestFolder folder;
+  std::string text = "id,n,x,s,d,t,m\n";
+  for (int row = 0; row < 5000; ++row) {
+    text += row % 7 == 0
+                ? fmt::format("{},,,,,,\n", row)
+                : fmt::format("{},{},{},name{},2026-01-{:02},10:{:02}:30.25,2026-01-{:02}T00:00:{:02}\n", row,
+                              row % 100 - 50, row * 0.25, row % 13, row % 28 + 1, row % 60, row % 28 + 1, row % 60);
+  }
+  const std::string csv = folder.write("a.csv", text);
+  convert(csv, folder.path("a.parquet"));
+  EXPECT_EQ(types(opened(folder.path("a.parquet"))), types(opened(csv)));
+  EXPECT_EQ(casesOf(*opened(folder.path("a.parquet"))), casesOf(*opened(csv)));
+  convert(folder.path("a.parquet"), folder.path("b.csv"));
+  EXPECT_EQ(casesOf(*opened(folder.path("b.csv"))), casesOf(*opened(csv)));
+}
+
+TEST(Parquet, HoldsTheDictionaryWithIt) {
+  EXPECT_TRUE(rc::check([] {
+    const Dictionary dictionary = someDictionary();
+    const TestFolder folder;
+    auto writer = createDataFile(folder.path("a.parquet"), dictionary, "");
+    if (!writer) RC_FAIL(writer.problem().text());
+    (*writer)->complete();
+    (*writer)->commit();
+    const auto file = openDataFile(folder.path("a.parquet"), {});
+    if (!file) RC_FAIL(file.problem().text());
+    const Dictionary& read = (*file)->dictionary();
+    RC_ASSERT(read.size() == dictionary.size());
+    for (std::int32_t index = 0; index < dictionary.size(); ++index) {
+      const std::string differs = difference(dictionary.at(index), read.at(index));
+      if (!differs.empty()) RC_FAIL(differs + " of " + dictionary.at(index).name);
+    }
+    RC_ASSERT(read.filter == dictionary.filter);
+    RC_ASSERT(read.weight == dictionary.weight);
+    RC_ASSERT(read.split == dictionary.split);
+    RC_ASSERT(read.attributes == dictionary.attributes);
+    RC_ASSERT(folder.names() == std::vector<std::string>{"a.parquet"});
+  }));
+}
+
+TEST(Parquet, OfAFolderIsOneTableWithItsPartitions) {
+  const TestFolder folder;
+  std::filesystem::create_directories(folder.path("sales/year=2025"));
+  std::filesystem::create_directories(folder.path("sales/year=2026"));
+  parquetOf(folder, "sales/year=2026/b.parquet", "SELECT 3 AS id");
+  parquetOf(folder, "sales/year=2025/a.parquet", "SELECT * FROM (VALUES (1), (2)) AS t(id)");
+  EXPECT_EQ(shown(opened(folder.path("sales"))), "1 2025 / 2 2025 / 3 2026");
+}
+
+TEST(Parquet, ThatChangedSinceItWasOpenedIsNotRead) {
+  const TestFolder folder;
+  const std::string path = parquetOf(folder, "a.parquet", "SELECT 1 AS x");
+  const SharedFile file = opened(path);
+  std::ofstream(path, std::ios::app) << "more";
+  EXPECT_THROW(casesOf(*file), ErrorText);
+}
+
+TEST(Parquet, ThatIsNoneIsAProblemThatNamesIt) {
+  const TestFolder folder;
+  EXPECT_TRUE(problemOf(folder, folder.write("a.parquet", "no such thing")).starts_with("a.parquet: "));
+  EXPECT_TRUE(problemOf(folder, folder.write("b.parquet", "")).starts_with("b.parquet: "));
+  EXPECT_EQ(problemOf(folder, folder.path("c.parquet")),
+            "c.parquet: There is no such file. Check the name and the folder.");
+}
+
+TEST(Parquet, RefusesAValueThatItCannotHold) {
+  const TestFolder folder;
+  Dictionary dictionary;
+  dictionary.add(dated("d"));
+  auto writer = createDataFile(folder.path("a.parquet"), dictionary, "");
+  ASSERT_TRUE(writer) << writer.problem().text();
+  OBS half{};
+  half.number = 0.5;
+  EXPECT_THROW((*writer)->append(&half, 1, 1), ErrorText);
+  writer->reset();
+  EXPECT_EQ(folder.names(), std::vector<std::string>());
+}
+
+TEST(Parquet, TellsWhetherItsColumnsRise) {
+  const TestFolder folder;
+  const SharedFile file = opened(parquetOf(
+      folder, "a.parquet",
+      "SELECT i AS id, 'k' || (1000 + i) AS k, i // 2 AS half, NULLIF(i, 5) AS gap FROM range(5000) AS t(i)"));
+  EXPECT_TRUE(file->isKnownIncreasing(0));
+  EXPECT_TRUE(file->isKnownIncreasing(1));
+  EXPECT_FALSE(file->isKnownIncreasing(2));
+  EXPECT_FALSE(file->isKnownIncreasing(3));
+}
+
+TEST(Parquet, ReadsTheWantedVariablesOnly) {
+  const TestFolder folder;
+  const SharedFile file = opened(parquetOf(folder, "a.parquet", "SELECT 1 AS a, 'x' AS b, 3 AS c"));
+  const auto reader = file->openReader(VariableSubset({2}));
+  CaseBlock block(3);
+  block.at(0)[0].number = -7;
+  reader->fill(block);
+  EXPECT_EQ(block.cases(), 1U);
+  EXPECT_EQ(block.at(0)[0].number, -7);
+  EXPECT_EQ(block.at(0)[2].number, 3);
+}
+
+}  // namespace
+}  // namespace workbench::data

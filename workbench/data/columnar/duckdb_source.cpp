@@ -1,0 +1,113 @@
+#include "workbench/data/columnar/duckdb_source.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "workbench/data/columnar/attached_database.h"
+#include "workbench/data/columnar/stored_column.h"
+#include "workbench/data/files/duckdb_query.h"
+
+namespace workbench::data {
+namespace {
+
+struct NamedTable {
+  std::string schema;
+  std::string name;
+  std::string comment;
+
+  std::string shown() const { return schema == "main" ? name : schema + "." + name; }
+};
+
+std::string stateOf(const std::string& path) {
+  struct stat status{};
+  if (::stat(path.c_str(), &status) != 0) return "-";
+  return fmt::format("{}:{}:{}:{}.{}", status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                     status.st_mtim.tv_nsec);
+}
+
+class DuckDbSource final : public StoredSource {
+ public:
+  DuckDbSource(std::string path, std::string file, std::shared_ptr<const AttachedDatabase> database, NamedTable table)
+      : path_(std::move(path)), file_(std::move(file)), database_(std::move(database)), table_(std::move(table)) {}
+
+  const std::string& path() const override { return path_; }
+  std::string relation() const override {
+    return fmt::format("{}.{}.{}", sqlName(database_->name()), sqlName(table_.schema), sqlName(table_.name));
+  }
+  std::string identity() const override {
+    return fmt::format("{}|{}|{}|{}", stateOf(file_), stateOf(file_ + ".wal"), table_.schema, table_.name);
+  }
+  std::vector<std::string> files() const override { return {file_}; }
+  Outcome<std::optional<std::string>> resource() const override {
+    const bool isResource = table_.comment.starts_with('{') && table_.comment.find("\"schema\"") != std::string::npos;
+    return isResource ? std::optional(table_.comment) : std::nullopt;
+  }
+
+ private:
+  std::string path_;
+  std::string file_;
+  std::shared_ptr<const AttachedDatabase> database_;
+  NamedTable table_;
+};
+
+Outcome<std::vector<NamedTable>> tablesOf(const AttachedDatabase& database) {
+  const std::string name = sqlText(database.name());
+  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(fmt::format(
+      "SELECT schema_name, table_name AS name, coalesce(comment, '') FROM duckdb_tables() WHERE database_name = {0} "
+      "UNION ALL SELECT schema_name, view_name, coalesce(comment, '') FROM duckdb_views() WHERE database_name = {0} "
+      "AND NOT internal ORDER BY ALL",
+      name));
+  if (!query) return query.problem();
+  std::vector<NamedTable> tables;
+  while (true) {
+    const Outcome<bool> isThere = (*query)->nextChunk();
+    if (!isThere) return isThere.problem();
+    if (!*isThere) return tables;
+    for (std::size_t row = 0; row < (*query)->rows(); ++row) {
+      tables.push_back({std::string((*query)->column(0)[row]), std::string((*query)->column(1)[row]),
+                        std::string((*query)->column(2)[row])});
+    }
+  }
+}
+
+Outcome<NamedTable> chosen(const std::vector<NamedTable>& tables, const std::string& wanted, const std::string& file) {
+  if (tables.empty()) return Problem{"The database holds no table.", file, "Name another file."};
+  std::vector<std::string> names;
+  for (const NamedTable& table : tables) names.push_back(table.shown());
+  if (wanted.empty()) {
+    if (tables.size() == 1) return tables.front();
+    return Problem{fmt::format("The database holds {} tables.", tables.size()), file,
+                   fmt::format("Name one behind \"#\": {}.", fmt::join(names, ", "))};
+  }
+  const auto found = std::find(names.begin(), names.end(), wanted);
+  if (found != names.end()) return tables[static_cast<std::size_t>(found - names.begin())];
+  return Problem{fmt::format("The database holds no table \"{}\".", wanted), file,
+                 fmt::format("It has: {}.", fmt::join(names, ", "))};
+}
+
+}  // namespace
+
+Outcome<std::shared_ptr<const StoredSource>> openDuckDbTable(const std::string& path) {
+  const std::size_t sign = path.rfind('#');
+  const std::string file = path.substr(0, sign);
+  const std::string wanted = sign == std::string::npos ? "" : path.substr(sign + 1);
+  Outcome<std::shared_ptr<const AttachedDatabase>> database = AttachedDatabase::open(file);
+  if (!database) return database.problem();
+  const Outcome<std::vector<NamedTable>> tables = tablesOf(**database);
+  if (!tables) {
+    Problem problem = tables.problem();
+    problem.where = file;
+    return problem;
+  }
+  const Outcome<NamedTable> table = chosen(*tables, wanted, file);
+  if (!table) return table.problem();
+  return std::shared_ptr<const StoredSource>(std::make_shared<DuckDbSource>(path, file, std::move(*database), *table));
+}
+
+}  // namespace workbench::data

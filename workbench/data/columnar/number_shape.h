@@ -1,0 +1,35 @@
+// NumberShape: how many digits the numbers of a column take when each is written in its shortest form.
+#pragma once
+
+#include <cstdint>
+
+namespace workbench::data {
+
+class NumberShape {
+ public:
+  void addWhole(std::int64_t number);
+  // A number with so many digits behind the point.
+  void addDecimal(std::int64_t digits, std::int32_t scale);
+  // Requires: the number is finite.
+  void addReal(double number) {
+    if (!fits(number)) widen(number);
+  }
+
+  std::int32_t wholeWidth() const;  // before the point, a minus among them
+  std::int32_t fractionDigits() const { return fractionDigits_; }
+  std::int32_t significantDigits() const { return significantDigits_; }
+
+ private:
+  bool fits(double number) const;
+  void widen(double number);
+  void noteExtremes(double whole);
+
+  // What fits between these, with no more than the fraction's digits, needs no further look.
+  double lowest_ = 0;
+  double highest_ = 0;
+  double scale_ = 1;  // ten to the power of the fraction's digits; 0 when these are too many for a quick look
+  std::int32_t fractionDigits_ = 0;
+  std::int32_t significantDigits_ = 1;
+};
+
+}  // namespace workbench::data

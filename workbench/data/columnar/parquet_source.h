@@ -1,0 +1,20 @@
+// Parquet files as a stored table: one file, or all of a folder with its subfolders, one below the other in the order
+// of their names. Folders called NAME=value give each row below them that value in a column NAME.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "workbench/data/columnar/stored_source.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+inline constexpr const char* resourceKey = "statistics:resource";  // in the files' own metadata
+
+Outcome<std::shared_ptr<const StoredSource>> openParquet(const std::string& path);
+
+// Whether the folder holds Parquet files, at any depth.
+bool isParquetFolder(const std::string& path);
+
+}  // namespace workbench::data

@@ -1,0 +1,28 @@
+// StoredSource: a table that DuckDB can read from where it is stored: a column file, a database.
+//
+// It holds open what it reads from as long as it is there.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/data/descriptors/described_table.h"
+#include "workbench/runtime/outcome.h"
+
+namespace workbench::data {
+
+class StoredSource {
+ public:
+  virtual ~StoredSource() = default;
+
+  virtual const std::string& path() const = 0;  // as written
+  virtual std::string relation() const = 0;     // the table in a FROM clause, valid as long as this object
+  // What tells it from every other table and every other state of itself.
+  virtual std::string identity() const = 0;
+  virtual std::vector<std::string> files() const = 0;  // that it is stored in
+  // The text of the resource that describes the table, where one is stored with it.
+  virtual Outcome<std::optional<std::string>> resource() const = 0;
+};
+
+}  // namespace workbench::data

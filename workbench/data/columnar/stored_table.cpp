@@ -1,0 +1,159 @@
+#include "workbench/data/columnar/stored_table.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <list>
+#include <mutex>
+#include <utility>
+
+#include "workbench/data/columnar/stored_evidence.h"
+#include "workbench/data/columnar/vector_cells.h"
+#include "workbench/data/files/duckdb_query.h"
+
+namespace workbench::data {
+namespace {
+
+Outcome<std::vector<StoredColumn>> columnsOf(const StoredSource& source) {
+  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
+      fmt::format("SELECT column_name, column_type FROM (DESCRIBE SELECT * FROM {})", source.relation()));
+  if (!query) return query.problem();
+  std::vector<StoredColumn> columns;
+  while (true) {
+    const Outcome<bool> isThere = (*query)->nextChunk();
+    if (!isThere) return isThere.problem();
+    if (!*isThere) return columns;
+    for (std::size_t row = 0; row < (*query)->rows(); ++row) {
+      columns.push_back(storedColumn(std::string((*query)->column(0)[row]), std::string((*query)->column(1)[row])));
+    }
+  }
+}
+
+// Told by what the files or the database say of themselves.
+Outcome<std::int64_t> rowsOf(const StoredSource& source) {
+  Outcome<std::unique_ptr<DuckDbQuery>> query =
+      DuckDbQuery::start(fmt::format("SELECT count(*) FROM {}", source.relation()));
+  if (!query) return query.problem();
+  const Outcome<bool> isThere = (*query)->nextChunk();
+  if (!isThere) return isThere.problem();
+  return *static_cast<const std::int64_t*>((*query)->values(0).first);
+}
+
+Outcome<Done> gather(StoredTable& table) {
+  std::vector<std::string> fetched;
+  std::vector<StoredEvidence> evidence;
+  evidence.reserve(table.columns.size());
+  for (const StoredColumn& column : table.columns) {
+    fetched.push_back(fetchedColumn(column));
+    evidence.emplace_back(column);
+  }
+  Outcome<std::unique_ptr<DuckDbQuery>> query =
+      DuckDbQuery::start(fmt::format("SELECT {} FROM {}", fmt::join(fetched, ", "), table.source->relation()));
+  if (!query) return query.problem();
+  while (true) {
+    const Outcome<bool> isThere = (*query)->nextChunk();
+    if (!isThere) return isThere.problem();
+    if (!*isThere) break;
+    for (std::size_t column = 0; column < evidence.size(); ++column) {
+      const auto [values, present] = (*query)->values(column);
+      evidence[column].add({values, present}, (*query)->rows());
+    }
+    table.cases += static_cast<std::int64_t>((*query)->rows());
+  }
+  for (const StoredEvidence& of : evidence) {
+    table.evidence.push_back(of.evidence());
+    table.rises.push_back(of.rises());
+  }
+  return Done{};
+}
+
+// The tables that were looked at last; least recently used ones go first.
+class StoredTableMemory {
+ public:
+  std::shared_ptr<const StoredTable> find(const std::string& identity) {
+    const std::lock_guard lock(mutex_);
+    for (auto entry = entries_.begin(); entry != entries_.end(); ++entry) {
+      if ((*entry)->identity != identity) continue;
+      entries_.splice(entries_.begin(), entries_, entry);
+      return entries_.front();
+    }
+    return nullptr;
+  }
+
+  void remember(std::shared_ptr<const StoredTable> table) {
+    constexpr std::size_t most = 8;
+    const std::lock_guard lock(mutex_);
+    entries_.push_front(std::move(table));
+    if (entries_.size() > most) entries_.pop_back();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::list<std::shared_ptr<const StoredTable>> entries_;
+};
+
+StoredTableMemory& memory() {
+  static StoredTableMemory tables;
+  return tables;
+}
+
+}  // namespace
+
+Outcome<std::shared_ptr<const StoredTable>> outlineOf(std::shared_ptr<const StoredSource> source) {
+  auto table = std::make_shared<StoredTable>();
+  table->identity = source->identity();
+  table->source = std::move(source);
+  Outcome<std::vector<StoredColumn>> columns = columnsOf(*table->source);
+  if (!columns) return storedProblem(columns.problem(), *table->source);
+  table->columns = std::move(*columns);
+  const Outcome<std::int64_t> cases = rowsOf(*table->source);
+  if (!cases) return storedProblem(cases.problem(), *table->source);
+  table->cases = *cases;
+  for (const StoredColumn& column : table->columns) {
+    table->evidence.emplace_back().declare(kindOf(column));
+    table->rises.push_back(false);
+  }
+  return std::shared_ptr<const StoredTable>(std::move(table));
+}
+
+Outcome<std::shared_ptr<const StoredTable>> lookAt(const StoredTable& outline) {
+  if (auto known = memory().find(outline.identity)) return known;
+  auto table = std::make_shared<StoredTable>();
+  table->source = outline.source;
+  table->identity = outline.identity;
+  table->columns = outline.columns;
+  if (const Outcome<Done> gathered = gather(*table); !gathered)
+    return storedProblem(gathered.problem(), *table->source);
+  if (table->source->identity() != table->identity) {
+    return Problem{"The data changed while they were read.", table->source->path(),
+                   "Try again when they are complete."};
+  }
+  memory().remember(table);
+  return std::shared_ptr<const StoredTable>(std::move(table));
+}
+
+Outcome<std::vector<std::size_t>> longestTexts(const StoredTable& table, const std::vector<std::size_t>& columns) {
+  std::vector<std::string> lengths;
+  for (const std::size_t column : columns) {
+    lengths.push_back(fmt::format("max(strlen({}))", fetchedText(table.columns[column])));
+  }
+  Outcome<std::unique_ptr<DuckDbQuery>> query =
+      DuckDbQuery::start(fmt::format("SELECT {} FROM {}", fmt::join(lengths, ", "), table.source->relation()));
+  if (!query) return storedProblem(query.problem(), *table.source);
+  const Outcome<bool> isThere = (*query)->nextChunk();
+  if (!isThere) return storedProblem(isThere.problem(), *table.source);
+  std::vector<std::size_t> longest(columns.size());
+  for (std::size_t index = 0; *isThere && index < longest.size(); ++index) {
+    const auto [values, present] = (*query)->values(index);
+    const VectorCells cells{values, present};
+    if (cells.has(0)) longest[index] = static_cast<std::size_t>(*cells.as<std::int64_t>());
+  }
+  return longest;
+}
+
+Problem storedProblem(Problem problem, const StoredSource& source) {
+  problem.where = source.path();
+  return problem;
+}
+
+}  // namespace workbench::data

@@ -13,6 +13,10 @@ fuzz_packages=(clang-19 libclang-rt-19-dev)
 
 install_build_packages() { install_apt_packages "${build_packages[@]}"; }
 install_test_packages() { install_apt_packages "${test_packages[@]}"; }
+install_browser() {
+  install_apt_packages chromium fonts-noto-core
+  install_npm_packages tests/browser browser
+}
 install_fuzz_packages() { install_apt_packages "${fuzz_packages[@]}"; }
 install_check_packages() { install_apt_packages "${check_packages[@]}"; }
 

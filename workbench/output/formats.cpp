@@ -4,6 +4,7 @@
 #include <array>
 
 #include "workbench/output/csv_writer.h"
+#include "workbench/output/html_writer.h"
 #include "workbench/output/json_writer.h"
 #include "workbench/output/markdown_writer.h"
 #include "workbench/output/xlsx_writer.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::array<std::string_view, 1> textEndings{".txt"};
 constexpr std::array<std::string_view, 1> jsonEndings{".json"};
+constexpr std::array<std::string_view, 2> htmlEndings{".html", ".htm"};
 constexpr std::array<std::string_view, 2> markdownEndings{".md", ".markdown"};
 constexpr std::array<std::string_view, 1> csvEndings{".csv"};
 constexpr std::array<std::string_view, 1> xlsxEndings{".xlsx"};
@@ -31,6 +33,7 @@ Outcome<Done> alwaysDone(std::ostream& out, const Document& document, const Text
 constexpr auto formatRows = std::to_array<OutputFormat>({
     {.name = "text", .fileEndings = textEndings, .write = &alwaysDone<&writeText>},
     {.name = "json", .fileEndings = jsonEndings, .write = &alwaysDone<&writeJsonAs>},
+    {.name = "html", .fileEndings = htmlEndings, .write = &alwaysDone<&writeHtmlReport>},
     {.name = "markdown", .fileEndings = markdownEndings, .write = &alwaysDone<&writeMarkdown>},
     {.name = "csv", .fileEndings = csvEndings, .holdsOneTable = true, .write = &writeCsv},
     {.name = "xlsx", .fileEndings = xlsxEndings, .isBinary = true, .write = &writeXlsx},

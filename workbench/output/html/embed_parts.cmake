@@ -1,0 +1,30 @@
+# Writes the parts of the HTML report that lie in files of their own as a C++ source, each with the hash by which the
+# report's content security policy allows it: cmake -DSTYLE=in.css -DSCRIPT=in.js -DSOURCE=out.cpp -P embed_parts.cmake
+
+# The base64 form of a SHA-256 hash that is given in hexadecimal digits: three digits are two characters.
+function(base64_of_hash digits result)
+  set(alphabet "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")
+  set(text "")
+  foreach(start RANGE 0 63 3)
+    string(SUBSTRING "${digits}00" ${start} 3 group)
+    math(EXPR first "0x${group} >> 6")
+    math(EXPR second "0x${group} & 63")
+    foreach(index ${first} ${second})
+      string(SUBSTRING ${alphabet} ${index} 1 character)
+      string(APPEND text ${character})
+    endforeach()
+  endforeach()
+  string(SUBSTRING ${text} 0 43 text)
+  set(${result} "${text}=" PARENT_SCOPE)
+endfunction()
+
+set(source "#include \"workbench/output/html_parts.h\"\n\nnamespace workbench::output {\n")
+foreach(part Style Script)
+  string(TOUPPER ${part} file)
+  file(READ ${${file}} text)
+  file(SHA256 ${${file}} digits)
+  base64_of_hash(${digits} hash)
+  string(APPEND source "\nconst HtmlPart html${part}{R\"html_part(${text})html_part\", \"sha256-${hash}\"};\n")
+endforeach()
+string(APPEND source "\n}  // namespace workbench::output\n")
+file(WRITE ${SOURCE} "${source}")

@@ -24,6 +24,8 @@ std::vector<Comparison> comparisons() {
 
 std::string resultsOf(const Comparison& comparison, const output::OutputFormat& format, const std::string& language) {
   const Environment noWindow("COLUMNS", nullptr);
+  const char* const named = std::getenv("SOURCE_DATE_EPOCH");
+  const Environment date("SOURCE_DATE_EPOCH", named != nullptr ? named : "1795305600");
   const ProgramFolder folder;
   for (const std::string& file : comparison.files) {
     std::filesystem::copy(std::filesystem::path(comparison.folder) / file, folder.path(file));

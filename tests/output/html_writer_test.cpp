@@ -134,7 +134,9 @@ TEST(HtmlTable, HasScopesAndSpansAndNamesTheHeadersOfCellsUnderSeveral) {
   const std::string table = tablesOf(&openMatchedSummary);
   EXPECT_TRUE(contains(table, "<th class=\"over\" id=\"c1-t1-c0\" scope=\"col\" colspan=\"2\">Datasets</th>")) << table;
   EXPECT_TRUE(contains(table, "<th id=\"c1-t1-r2\" scope=\"row\" rowspan=\"2\">Cases Compared</th>")) << table;
-  EXPECT_TRUE(contains(table, "<td class=\"n\" headers=\"c1-t1-c0 c1-t1-c1 c1-t1-r0 c1-t1-r1\">1200</td>")) << table;
+  EXPECT_TRUE(
+      contains(table, "<td class=\"n\" headers=\"c1-t1-c0 c1-t1-c1 c1-t1-r0 c1-t1-r1\" data-value=\"1200\">1,200</td>"))
+      << table;
   EXPECT_FALSE(contains(table, "data-tools")) << "rows under a common header cannot be sorted";
 }
 

@@ -114,9 +114,9 @@ TEST(BadInput, AFileThatTheUserMayNotReadIsNamed) {
 
 TEST(BadInput, AnOptionThatDoesNotWorkYetIsRefused) {
   BadFile bad("id,x\n1,2\n");
-  const ProgramResult result = bad.folder.run({"compare", "good.csv", "bad.csv", "--profile"});
+  const ProgramResult result = bad.folder.run({"compare", "good.csv", "bad.csv", "--rename", "x=y"});
   EXPECT_EQ(result.status, 2);
-  expectParts(result.err, {"--profile"});
+  expectParts(result.err, {"--rename"});
 }
 
 TEST(OddInput, AHeaderAloneIsADatasetOfNoCases) {

@@ -53,7 +53,15 @@ TEST(CommandLine, OptionsThatDoNotWorkYetAreRefusedByName) {
   for (const char* later : {"--rename", "--drop", "--password-file", "--comparison-password-file"}) {
     EXPECT_NE(refusal({"compare", "a", "b", later, "x"}).find(later), std::string::npos) << later;
   }
-  EXPECT_NE(refusal({"convert", "a", "b"}).find("convert"), std::string::npos);
+}
+
+TEST(CommandLine, ConvertTakesDataAndThePlaceOfTheCopy) {
+  const auto options = read({"convert", "a.csv", "b.parquet"});
+  ASSERT_TRUE(options) << options.problem().text();
+  const auto& convert = std::get<ConvertCommand>(options->command);
+  EXPECT_EQ(convert.input, "a.csv");
+  EXPECT_EQ(convert.output, "b.parquet");
+  EXPECT_NE(refusal({"convert", "a.csv"}).find("OUT"), std::string::npos);
 }
 
 TEST(CommandLine, ColourAndProgressAreAutomaticUnlessTold) {

@@ -2,6 +2,7 @@
 #include <array>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 
 #include "host/messages.h"
@@ -74,7 +75,8 @@ Document hostileDocument() {
 
 void write(const std::string& folder, const std::string& name, const Document& document) {
   std::ofstream file(folder + "/" + name + ".html", std::ios::binary);
-  findOutputFormat("html")->write(file, document, TextOptions{.wording = english(), .moment = 0});
+  const auto written = findOutputFormat("html")->write(file, document, TextOptions{.wording = english(), .moment = 0});
+  if (!written) throw std::runtime_error(written.problem().text());
 }
 
 int writeAll(const std::string& folder) {

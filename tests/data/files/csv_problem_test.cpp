@@ -45,9 +45,9 @@ TEST(CsvProblem, NamesAFileThatMayNotBeRead) {
 }
 
 TEST(CsvProblem, NamesTheEndingsThatAreKnown) {
-  EXPECT_EQ(problemOfText("x", "a.sav"),
-            "a.sav: The ending of the name is none of a data file. Use one of these: .csv, .tsv, .csv.gz, .tsv.gz, "
-            ".csv.zst, .tsv.zst.");
+  EXPECT_EQ(problemOfText("x", "a.xyz"),
+            "a.xyz: The ending of the name is none of a data file. Use one of these: .csv, .tsv, .csv.gz, .tsv.gz, "
+            ".csv.zst, .tsv.zst, .parquet, .duckdb.");
 }
 
 TEST(CsvProblem, RefusesAPasswordForAPlainFile) {

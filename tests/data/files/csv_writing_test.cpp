@@ -292,7 +292,7 @@ TEST(CsvWriting, SaysWhyAFileCannotBeCreated) {
   EXPECT_EQ(creationProblem(folder, "folder.csv", dictionary), "folder.csv: This is a folder. Name a file in it.");
   EXPECT_EQ(creationProblem(folder, "a.txt", dictionary),
             "a.txt: The ending of the name is none of a data file. Use one of these: .csv, .tsv, .csv.gz, .tsv.gz, "
-            ".csv.zst, .tsv.zst.");
+            ".csv.zst, .tsv.zst, .parquet.");
   EXPECT_EQ(creationProblem(folder, "a.csv", dictionary, "secret"),
             "a.csv: A file of this kind cannot be protected by a password. Leave the password out.");
   EXPECT_EQ(creationProblem(folder, "a.csv", Dictionary()),

@@ -86,10 +86,11 @@ Outcome<std::optional<std::string>> fileWrittenBeside(const std::string& path) {
 
 Outcome<Done> checkCanBeWritten(const std::string& path) {
   const Outcome<const DataKind*> kind = dataKind(path);
-  if (!kind) return kind.problem();
-  if ((*kind)->create != nullptr) return Done{};
-  return Problem{fmt::format("A {} is only read, not written.", (*kind)->name), path,
-                 fmt::format("Use one of these endings: {}.", fmt::join(dataEndings(true), ", "))};
+  if (kind && (*kind)->create != nullptr) return Done{};
+  Problem problem =
+      kind ? Problem{fmt::format("A {} is only read, not written.", (*kind)->name), path, ""} : kind.problem();
+  problem.remedy = fmt::format("Use one of these: {}.", fmt::join(dataEndings(true), ", "));
+  return problem;
 }
 
 Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, const Dictionary& dictionary,

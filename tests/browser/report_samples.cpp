@@ -6,7 +6,7 @@
 
 #include "host/messages.h"
 #include "tests/output/samples.h"
-#include "workbench/output/formats.h"
+#include "workbench/output/html_writer.h"
 
 namespace workbench::output {
 namespace {
@@ -74,7 +74,7 @@ Document hostileDocument() {
 
 void write(const std::string& folder, const std::string& name, const Document& document) {
   std::ofstream file(folder + "/" + name + ".html", std::ios::binary);
-  findOutputFormat("html")->write(file, document, TextOptions{.wording = english(), .moment = 0});
+  writeHtmlReport(file, document, TextOptions{.wording = english(), .moment = 0});
 }
 
 int writeAll(const std::string& folder) {

@@ -66,11 +66,9 @@ void Write(benchmark::State& state, const OutputFormat* format) {
   Counter counter;
   for (auto iteration : state) {
     std::ostream out(&counter);
-    const TextOptions options{.wording = workbench::output::english(), .width = 120};
-    if (const auto written = format->write(out, document, options); !written) {
-      state.SkipWithError(written.problem().text().c_str());
-      return;
-    }
+    const auto written =
+        format->write(out, document, TextOptions{.wording = workbench::output::english(), .width = 120});
+    if (!written) state.SkipWithError(written.problem().text().c_str());
   }
   if (counter.bytes() < state.iterations() * state.range(0)) state.SkipWithError("Not all cases were written.");
   state.SetBytesProcessed(counter.bytes());

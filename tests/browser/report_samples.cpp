@@ -2,12 +2,11 @@
 #include <array>
 #include <fstream>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 
 #include "host/messages.h"
 #include "tests/output/samples.h"
-#include "workbench/output/formats.h"
+#include "workbench/output/html_writer.h"
 
 namespace workbench::output {
 namespace {
@@ -75,8 +74,7 @@ Document hostileDocument() {
 
 void write(const std::string& folder, const std::string& name, const Document& document) {
   std::ofstream file(folder + "/" + name + ".html", std::ios::binary);
-  const auto written = findOutputFormat("html")->write(file, document, TextOptions{.wording = english(), .moment = 0});
-  if (!written) throw std::runtime_error(written.problem().text());
+  writeHtmlReport(file, document, TextOptions{.wording = english(), .moment = 0});
 }
 
 int writeAll(const std::string& folder) {

@@ -23,7 +23,9 @@ std::string phraseOf(std::string_view pattern, std::vector<double> numbers, cons
 
 std::string numberText(double number, const text::Wording& wording) { return phraseOf("{0}", {number}, wording); }
 
-std::string shareText(double count, double whole) { return whole > 0 ? percentText(count * 100 / whole) : ""; }
+std::string shareText(double count, double whole, const text::Wording& wording) {
+  return whole > 0 ? percentText(count * 100 / whole, wording.forms()) : "";
+}
 
 std::string measure(double number) { return fmt::format("{:.3f}", number); }
 
@@ -69,7 +71,7 @@ void writeWhole(std::ostream& out, const PartsChart& chart, const PartsChart::Wh
     }
     writeHtml(out, "b", {}, numberText(whole.counts[part], wording));
     out << ' ' << htmlEscaped(shownPhrase(chart.parts[part], wording)) << ' ';
-    writeHtml(out, "small", {}, shareText(whole.counts[part], sum));
+    writeHtml(out, "small", {}, shareText(whole.counts[part], sum, wording));
   }
 }
 
@@ -93,7 +95,7 @@ void writeBar(std::ostream& out, const BarChart::Bar& bar, const BarChart& chart
   const HtmlElement number(out, "span", {{"class", "count"}});
   writeHtml(out, "b", {}, numberText(bar.count, wording));
   out << ' ';
-  writeHtml(out, "small", {}, shareText(bar.count, chart.whole));
+  writeHtml(out, "small", {}, shareText(bar.count, chart.whole, wording));
 }
 
 void writeChart(std::ostream& out, const BarChart& chart, const std::string&, const text::Wording& wording) {

@@ -134,7 +134,7 @@ std::string ProcedureRun::document() {
   command_->outcome = Outcome::failed;
   if (outcome_ == "completed") command_->outcome = command_->openedTable() ? Outcome::completed : Outcome::refused;
   output::Document document;
-  const app::FlagLookup noFlags = [](const std::string&, std::int64_t) { return std::nullopt; };
+  const app::FlagLookup noFlags = [](const std::string&, std::int64_t, const app::FlagVisit&) { return false; };
   if (const auto verdict = app::verdictOf(*command_, noFlags)) document.verdict = verdict->verdict;
   document.commands.push_back(std::move(command_));
   std::ostringstream written;

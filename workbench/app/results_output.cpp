@@ -162,10 +162,8 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{.wording = wording_,
-                                    .width = ordinaryWidth,
-                                    .color = showsColor(choice_, STDERR_FILENO),
-                                    .full = choice_.full};
+  const output::TextOptions options{
+      .wording = wording_, .width = ordinaryWidth, .color = showsColor(choice_, STDERR_FILENO), .full = choice_.full};
   if (choice_.onlyTable && !choice_.quiet) warnOfMissingTable(document);
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
@@ -192,12 +190,13 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   }
   const bool toFile = choice_.file.has_value();
   if (!toFile && choice_.quiet) return Done{};
-  output::TextOptions options{.wording = wording_,
-                              .width = toFile ? ordinaryWidth : terminalWidth(),
-                              .color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO),
-                              .full = choice_.full,
-                              .moment = output::momentOfResults(),
-                              .date = date_};
+  output::TextOptions options{
+      .wording = wording_,
+      .width = toFile ? ordinaryWidth : terminalWidth(),
+      .color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO),
+      .full = choice_.full,
+      .moment = output::momentOfResults(),
+      .date = date_};
   if (format_.holdsOneTable) options.onlyTable = choice_.onlyTable;
   const auto write = [&](std::ostream& out) { return format_.write(out, document, options); };
   if (toFile) return writeFile(*choice_.file, write);

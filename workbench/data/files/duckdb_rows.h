@@ -29,7 +29,7 @@ class DuckDbRows {
 
   // The cells of the row that is being made, each set once before endRow(). Requires: there is room for the row.
   void setText(std::size_t column, std::string_view text);  // of a VARCHAR column; the text is copied
-  template <class Value>  // of a column whose type DuckDB lays down as such values
+  template <class Value>                                    // of a column whose type DuckDB lays down as such values
   void setValue(std::size_t column, Value value) {
     if (values_[column] == nullptr) values_[column] = library_.duckdb_vector_get_data(vectors_[column]);
     static_cast<Value*>(values_[column])[rows_] = value;

@@ -4,7 +4,7 @@ build_packages=(
   g++ cmake ninja-build ccache pkg-config python3 ca-certificates
   libicu-dev icu-devtools libfmt-dev nlohmann-json3-dev libcli11-dev
   librapidcheck-dev libgtest-dev libgmock-dev libbenchmark-dev libvalijson-dev zlib1g-dev libzstd-dev
-  valgrind
+  librnp-dev libsodium-dev gnupg valgrind
 )
 check_packages=(clang-format-19 clang-tidy-19)
 fuzz_packages=(clang-19 libclang-rt-19-dev)

@@ -21,9 +21,6 @@ constexpr LaterOption laterCompareOptions[] = {
     {"--rename", true},
     {"--drop", true},
     {"--profile", false},
-    {"--password-file", true},
-    {"--comparison-password-file", true},
-    {"--output-password-file", true},
 };
 
 void refuseLater(CLI::App& command, const LaterOption& option) {
@@ -64,6 +61,12 @@ void addOutputOptions(CLI::App& command, OutputChoice& output) {
   addAppearance(command, "--progress");
 }
 
+void addPasswordFile(CLI::App& command, const std::string& name, std::optional<std::string>& file,
+                     const std::string& whose) {
+  command.add_option(name, file, "Password " + whose + ", in the first line of FILE (-: asked for on the terminal)")
+      ->type_name("FILE");
+}
+
 void addCompare(CLI::App& program, CompareCommand& compare) {
   CLI::App& command = *program.add_subcommand("compare", "Compare two datasets");
   CompareRequest& request = compare.request;
@@ -98,6 +101,10 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
   command.add_option("--tolerance", request.tolerance,
                      "Relative difference below which numbers count as equal (default: 1e-12; 0: none)");
   command.add_option("--collation", request.collation, "Order of text case IDs: binary (default) or a locale");
+  addPasswordFile(command, "--password-file", compare.passwordFiles.input, "of the active dataset");
+  addPasswordFile(command, "--comparison-password-file", compare.passwordFiles.comparison, "of the comparison dataset");
+  addPasswordFile(command, "--output-password-file", compare.passwordFiles.output,
+                  "for the data files that are written, whose names end in .pgp");
   command.add_flag("--show-syntax", compare.showSyntax, "Print the job that is run first");
   addOutputOptions(command, compare.output);
   for (const LaterOption& option : laterCompareOptions) refuseLater(command, option);
@@ -113,6 +120,7 @@ void addRun(CLI::App& program, RunCommand& run) {
 void addDescribe(CLI::App& program, DescribeCommand& describe) {
   CLI::App& command = *program.add_subcommand("describe", "Show a dataset's dictionary and number of cases");
   command.add_option("DATA", describe.data, "A data file")->required();
+  addPasswordFile(command, "--password-file", describe.passwordFiles.input, "of the data");
   addOutputOptions(command, describe.output);
 }
 
@@ -121,7 +129,16 @@ void addSort(CLI::App& program, SortCommand& sort) {
   command.add_option("IN", sort.input, "A data file")->required();
   command.add_option("OUT", sort.output, "Where the sorted dataset goes")->required();
   command.add_option("--by", sort.by, "The variables to sort by, ascending")->delimiter(',')->required();
+  addPasswordFile(command, "--password-file", sort.passwordFiles.input, "of IN");
+  addPasswordFile(command, "--output-password-file", sort.passwordFiles.output, "for OUT, whose name ends in .pgp");
   addOutputOptions(command, sort.results);
+}
+
+void addEncodePassword(CLI::App& program, EncodePasswordCommand& encode) {
+  CLI::App& command = *program.add_subcommand(
+      "encode-password", "Read a password (from the terminal or standard input) and print what ENCRYPTEDPW=YES takes");
+  command.add_option("--lang", encode.language, "Language of the prompt (default: from the environment)")
+      ->type_name("TAG");
 }
 
 void addLaterCommand(CLI::App& program, const std::string& name) {
@@ -179,13 +196,14 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
   RunCommand run;
   DescribeCommand describe;
   SortCommand sort;
+  EncodePasswordCommand encode;
   program.add_option("--plugins", options.pluginFolders, "Another folder of plug-ins")->type_name("FOLDER");
   addCompare(program, compare);
   addRun(program, run);
   addDescribe(program, describe);
   addSort(program, sort);
   addLaterCommand(program, "convert");
-  addLaterCommand(program, "encode-password");
+  addEncodePassword(program, encode);
 
   try {
     program.parse(argumentCount, arguments);
@@ -207,6 +225,8 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
     options.command = run;
   } else if (program.got_subcommand("describe")) {
     options.command = describe;
+  } else if (program.got_subcommand("encode-password")) {
+    options.command = encode;
   } else {
     options.command = sort;
   }

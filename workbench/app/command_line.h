@@ -29,6 +29,7 @@ struct CompareCommand {
   bool propertiesAreAsked = false;  // else all are compared when both datasets bring a dictionary
   OutputChoice output;
   bool showSyntax = false;
+  PasswordFiles passwordFiles;
 };
 
 struct RunCommand {
@@ -39,6 +40,7 @@ struct RunCommand {
 
 struct DescribeCommand {
   std::string data;
+  PasswordFiles passwordFiles;
   OutputChoice output;
 };
 
@@ -46,7 +48,12 @@ struct SortCommand {
   std::string input;
   std::string output;
   std::vector<std::string> by;
+  PasswordFiles passwordFiles;
   OutputChoice results;
+};
+
+struct EncodePasswordCommand {
+  std::string language;  // empty: from the environment
 };
 
 // Help, or the version: written to standard output, and nothing else is done.
@@ -54,7 +61,8 @@ struct ShowText {
   std::string text;
 };
 
-using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand, SortCommand, ShowText>;
+using ProgramCommand =
+    std::variant<CompareCommand, RunCommand, DescribeCommand, SortCommand, EncodePasswordCommand, ShowText>;
 
 struct ProgramOptions {
   std::vector<std::string> pluginFolders;  // beside the program's own

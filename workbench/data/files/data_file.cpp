@@ -1,7 +1,5 @@
 #include "workbench/data/data_file.h"
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "workbench/data/descriptors/dictionary_place.h"
@@ -9,10 +7,8 @@
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/dictionary_output.h"
 #include "workbench/data/files/file_kind.h"
-#include "workbench/data/files/openpgp_message.h"
-#include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_source.h"
-#include "workbench/data/files/unlocked_files.h"
+#include "workbench/data/files/unlocked_dataset.h"
 
 namespace workbench::data {
 namespace {
@@ -41,83 +37,18 @@ class DescribedCaseWriter final : public CaseWriter {
   std::unique_ptr<DictionaryOutput> dictionary_;
 };
 
-bool isThere(const std::string& path) {
-  std::error_code failure;
-  return std::filesystem::exists(path, failure);
-}
-
-// The files that hold the cases: the one that is named, or those of a package's resource.
-Outcome<std::vector<std::string>> filesOfCases(const std::string& path) {
-  if (isProtectedName(path)) return std::vector<std::string>{path};  // what describes it may be locked as well
-  const Outcome<std::optional<DescribedTable>> description = descriptionOf(path);
-  if (!description) return description.problem();
-  return *description ? (*description)->dataPaths : std::vector<std::string>{path};
-}
-
-// Unlocks what is protected of a dataset: the files of its cases, and the schema beside them.
-Outcome<UnlockedFiles> unlockFilesOf(const std::string& path, const Secret& password) {
-  const Outcome<std::vector<std::string>> files = filesOfCases(path);
-  if (!files) return files.problem();
-  UnlockedFiles unlocked;
-  const auto unlock = [&](const std::string& file) -> Outcome<Done> {
-    if (password.empty() && isThere(file)) {
-      return Problem{"The file is protected by a password, and none was given for it.", file,
-                     "Give it: PASSWORD='...' in a job, a password file on the command line."};
-    }
-    auto opened = unlockFile(file, password);
-    if (!opened) return opened.problem();
-    unlocked.push_back(std::move(*opened));
-    return Done{};
-  };
-  for (const std::string& file : *files) {
-    if (!isProtectedName(file)) continue;
-    if (const auto done = unlock(file); !done) return done.problem();
-    const std::string schema = schemaPathOf(file);
-    if (!isThere(schema)) continue;
-    if (const auto done = unlock(schema); !done) return done.problem();
-  }
-  if (unlocked.empty() && !password.empty()) {
-    return Problem{"The file is not protected by a password.", path, "Leave the password out."};
-  }
-  return unlocked;
-}
-
-// What one file was opened with, unlocked for the next one: two files of a comparison are opened one after the other,
-// each with the other one's types, and to decrypt one takes its time.
-UnlockedFiles& partnerForNext() {
-  static UnlockedFiles files;
-  return files;
-}
-
-std::shared_ptr<const DataFile> holding(UnlockedFiles unlocked, std::shared_ptr<const DataFile> file) {
-  if (unlocked.empty()) return file;
-  struct Both {
-    UnlockedFiles unlocked;
-    std::shared_ptr<const DataFile> file;
-  };
-  auto both = std::make_shared<const Both>(Both{std::move(unlocked), std::move(file)});
-  return {both, both->file.get()};
-}
-
 }  // namespace
 
 Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, const OpenOptions& options) {
-  Outcome<UnlockedFiles> unlocked = unlockFilesOf(path, options.password);
+  Outcome<UnlockedFiles> unlocked = unlockedForOpening(path, options);
   if (!unlocked) return unlocked.problem();
-  UnlockedFiles partner;
-  if (options.typesWith) {
-    Outcome<UnlockedFiles> ofPartner = unlockFilesOf(*options.typesWith, options.typesPassword);
-    if (!ofPartner) return ofPartner.problem();
-    partner = std::move(*ofPartner);
-  }
-  partnerForNext() = partner;
   Outcome<std::shared_ptr<const DataFile>> file = openCsvFile(path, options.typesWith);
   if (!file) return file;
   return holding(std::move(*unlocked), std::move(*file));
 }
 
 bool bringsDictionary(const std::string& path) {
-  if (isProtectedName(path) && isThere(schemaPathOf(path))) return true;
+  if (bringsProtectedDictionary(path)) return true;
   const Outcome<std::optional<DescribedTable>> description = descriptionOf(path);
   return description && *description && !(*description)->fields.empty();
 }
@@ -132,12 +63,7 @@ Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, con
                                                     const Secret& password) {
   const Outcome<FileKind> kind = fileKind(path);
   if (!kind) return kind.problem();
-  if (const Outcome<Done> named = checkProtectedName(path, !password.empty()); !named) return named.problem();
-  if (!password.empty()) {
-    if (const Outcome<Done> usable = checkPassword(password); !usable) {
-      return Problem{usable.problem().what, path, usable.problem().remedy};
-    }
-  }
+  if (const Outcome<Done> usable = checkOutputPassword(path, password); !usable) return usable.problem();
   auto cases = createCsvFile(path, *kind, dictionary, password);
   if (!cases) return cases.problem();
   auto written = DictionaryOutput::create(path, kind->delimiter, dictionary, password);

@@ -101,6 +101,27 @@ TEST(CompareJob, ProfilesTheSameVariablesBehindTheComparisonAndLeavesItsFlagVari
   EXPECT_EQ(compareJob(wanted).find("EXCEPT"), std::string::npos) << compareJob(wanted);
 }
 
+TEST(CompareJob, GivesEveryFileTheReferenceToItsPassword) {
+  CompareRequest wanted = request();
+  wanted.passwords = {"reference-1", "reference-2", "reference-3"};
+  wanted.matched = "m.csv.pgp";
+  wanted.mismatched = "n.csv.pgp";
+  wanted.saveActive = "s.csv.pgp";
+  const std::string job = compareJob(wanted);
+  for (const char* part :
+       {"OPEN DATA FILE='a.csv' PASSWORD='reference-1' NAME=active TYPESWITH='b.csv' TYPESPASSWORD='reference-2'.\n",
+        "OPEN DATA FILE='b.csv' PASSWORD='reference-2' NAME=comparison TYPESWITH='a.csv' "
+        "TYPESPASSWORD='reference-1'.\n",
+        "MATCHNAME='m.csv.pgp' MATCHPASS='reference-3' MISMATCHDATASET=YES MISMATCHNAME='n.csv.pgp' "
+        "MISMATCHPASS='reference-3'\n",
+        "SAVE DATA FILE='s.csv.pgp' PASSWORD='reference-3'.\n"}) {
+    EXPECT_NE(job.find(part), std::string::npos) << part << "\nin: " << job;
+  }
+  wanted.passwords = hidden(wanted.passwords);
+  EXPECT_EQ(compareJob(wanted).find("reference"), std::string::npos);
+  EXPECT_NE(compareJob(wanted).find("MISMATCHPASS='***'"), std::string::npos);
+}
+
 TEST(CompareJob, SetsToleranceAndCollationFirst) {
   CompareRequest wanted = request();
   wanted.tolerance = 0.0;

@@ -34,7 +34,8 @@ TEST(GrammarHelp, ShowsWhatIsRequiredWithoutBrackets) {
             "  FILE='text'\n"
             "  [PASSWORD='text']\n"
             "  [NAME=name|'text']\n"
-            "  [TYPESWITH='text']\n");
+            "  [TYPESWITH='text']\n"
+            "  [TYPESPASSWORD='text']\n");
   EXPECT_EQ(grammarHelp(drawGrammar()),
             "DRAW: Draw\n"
             "  [name ...|'text']\n"

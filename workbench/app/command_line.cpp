@@ -21,9 +21,6 @@ struct LaterOption {
 constexpr LaterOption laterCompareOptions[] = {
     {"--rename", true},
     {"--drop", true},
-    {"--password-file", true},
-    {"--comparison-password-file", true},
-    {"--output-password-file", true},
 };
 
 void refuseLater(CLI::App& command, const LaterOption& option) {
@@ -70,6 +67,12 @@ void addOutputOptions(CLI::App& command, OutputChoice& output) {
                 "A line on standard error that says how far the run has come: auto (default), always, never");
 }
 
+void addPasswordFile(CLI::App& command, const std::string& name, std::optional<std::string>& file,
+                     const std::string& whose) {
+  command.add_option(name, file, "Password " + whose + ", in the first line of FILE (-: asked for on the terminal)")
+      ->type_name("FILE");
+}
+
 void addCompare(CLI::App& program, CompareCommand& compare) {
   CLI::App& command = *program.add_subcommand("compare", "Compare two datasets");
   CompareRequest& request = compare.request;
@@ -106,6 +109,10 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
   command.add_option("--collation", request.collation, "Order of text case IDs: binary (default) or a locale");
   command.add_flag("--profile", request.profile,
                    "Also show by how much, how often and in which direction values differ");
+  addPasswordFile(command, "--password-file", compare.passwordFiles.input, "of the active dataset");
+  addPasswordFile(command, "--comparison-password-file", compare.passwordFiles.comparison, "of the comparison dataset");
+  addPasswordFile(command, "--output-password-file", compare.passwordFiles.output,
+                  "for the data files that are written, whose names end in .pgp");
   command.add_flag("--show-syntax", compare.showSyntax, "Print the job that is run first");
   addOutputOptions(command, compare.output);
   for (const LaterOption& option : laterCompareOptions) refuseLater(command, option);
@@ -121,6 +128,7 @@ void addRun(CLI::App& program, RunCommand& run) {
 void addDescribe(CLI::App& program, DescribeCommand& describe) {
   CLI::App& command = *program.add_subcommand("describe", "Show a dataset's dictionary and number of cases");
   command.add_option("DATA", describe.data, "A data file")->required();
+  addPasswordFile(command, "--password-file", describe.passwordFiles.input, "of the data");
   addOutputOptions(command, describe.output);
 }
 
@@ -129,6 +137,8 @@ void addSort(CLI::App& program, SortCommand& sort) {
   command.add_option("IN", sort.input, "A data file")->required();
   command.add_option("OUT", sort.output, "Where the sorted dataset goes")->required();
   command.add_option("--by", sort.by, "The variables to sort by, ascending")->delimiter(',')->required();
+  addPasswordFile(command, "--password-file", sort.passwordFiles.input, "of IN");
+  addPasswordFile(command, "--output-password-file", sort.passwordFiles.output, "for OUT, whose name ends in .pgp");
   addOutputOptions(command, sort.results);
 }
 
@@ -137,7 +147,16 @@ void addConvert(CLI::App& program, ConvertCommand& convert) {
   command.add_option("IN", convert.input, "The data")->required();
   command.add_option("OUT", convert.output, "Where the copy goes; its name's ending says of what kind it is")
       ->required();
+  addPasswordFile(command, "--password-file", convert.passwordFiles.input, "of the data");
+  addPasswordFile(command, "--output-password-file", convert.passwordFiles.output, "for the copy");
   addOutputOptions(command, convert.results);
+}
+
+void addEncodePassword(CLI::App& program, EncodePasswordCommand& encode) {
+  CLI::App& command = *program.add_subcommand(
+      "encode-password", "Read a password (from the terminal or standard input) and print what ENCRYPTEDPW=YES takes");
+  command.add_option("--lang", encode.language, "Language of the prompt (default: from the environment)")
+      ->type_name("TAG");
 }
 
 void addLaterCommand(CLI::App& program, const std::string& name) {
@@ -196,13 +215,14 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
   DescribeCommand describe;
   ConvertCommand convert;
   SortCommand sort;
+  EncodePasswordCommand encode;
   program.add_option("--plugins", options.pluginFolders, "Another folder of plug-ins")->type_name("FOLDER");
   addCompare(program, compare);
   addRun(program, run);
   addDescribe(program, describe);
   addConvert(program, convert);
   addSort(program, sort);
-  addLaterCommand(program, "encode-password");
+  addEncodePassword(program, encode);
 
   try {
     program.parse(argumentCount, arguments);
@@ -226,6 +246,8 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
     options.command = describe;
   } else if (program.got_subcommand("convert")) {
     options.command = convert;
+  } else if (program.got_subcommand("encode-password")) {
+    options.command = encode;
   } else {
     options.command = sort;
   }

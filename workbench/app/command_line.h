@@ -35,6 +35,7 @@ struct CompareCommand {
   bool propertiesAreAsked = false;  // else all are compared when both datasets bring a dictionary
   OutputChoice output;
   bool showSyntax = false;
+  PasswordFiles passwordFiles;
 };
 
 struct RunCommand {
@@ -45,12 +46,14 @@ struct RunCommand {
 
 struct DescribeCommand {
   std::string data;
+  PasswordFiles passwordFiles;
   OutputChoice output;
 };
 
 struct ConvertCommand {
   std::string input;
   std::string output;
+  PasswordFiles passwordFiles;
   OutputChoice results;
 };
 
@@ -58,7 +61,12 @@ struct SortCommand {
   std::string input;
   std::string output;
   std::vector<std::string> by;
+  PasswordFiles passwordFiles;
   OutputChoice results;
+};
+
+struct EncodePasswordCommand {
+  std::string language;  // empty: from the environment
 };
 
 // Help, or the version: written to standard output, and nothing else is done.
@@ -66,7 +74,8 @@ struct ShowText {
   std::string text;
 };
 
-using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand, ConvertCommand, SortCommand, ShowText>;
+using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand, ConvertCommand, SortCommand,
+                                    EncodePasswordCommand, ShowText>;
 
 struct ProgramOptions {
   std::vector<std::string> pluginFolders;  // beside the program's own

@@ -53,8 +53,16 @@ std::string variablesInJob(const CompareRequest& request) {
   return request.variables.empty() ? "ALL" : namesInJob(wordsOfRanges(request.variables));
 }
 
-std::string openCommand(const std::string& file, const std::string& handle, const std::string& other) {
-  return fmt::format("OPEN DATA FILE={} NAME={} TYPESWITH={}.\n", quotedInJob(file), handle, quotedInJob(other));
+// A dataset's file and its password.
+struct ProtectedBy {
+  const std::string& file;
+  const std::string& password;
+};
+
+std::string openCommand(const ProtectedBy& data, const std::string& handle, const ProtectedBy& other) {
+  return fmt::format("OPEN DATA FILE={}{} NAME={} TYPESWITH={}{}.\n", quotedInJob(data.file),
+                     passwordInJob("PASSWORD", data.password), handle, quotedInJob(other.file),
+                     passwordInJob("TYPESPASSWORD", other.password));
 }
 
 // Both datasets, at the same time; the comparison side as the active side's variables cut the IDs.
@@ -72,8 +80,15 @@ std::string fileInJob(const std::string& path) {
 std::string saveSubcommand(const CompareRequest& request) {
   std::string save = request.noFlag ? "  /SAVE FLAGMISMATCHES=NO" : "  /SAVE FLAGMISMATCHES=YES";
   if (request.flagName && !request.noFlag) save += fmt::format(" VARNAME={}", quotedInJob(*request.flagName));
-  if (request.matched) save += fmt::format(" MATCHDATASET=YES MATCHNAME={}", fileInJob(*request.matched));
-  if (request.mismatched) save += fmt::format(" MISMATCHDATASET=YES MISMATCHNAME={}", fileInJob(*request.mismatched));
+  const std::string& password = request.passwords.output;
+  if (request.matched) {
+    save += fmt::format(" MATCHDATASET=YES MATCHNAME={}{}", fileInJob(*request.matched),
+                        passwordInJob("MATCHPASS", password));
+  }
+  if (request.mismatched) {
+    save += fmt::format(" MISMATCHDATASET=YES MISMATCHNAME={}{}", fileInJob(*request.mismatched),
+                        passwordInJob("MISMATCHPASS", password));
+  }
   return save + "\n";
 }
 
@@ -117,8 +132,10 @@ std::string compareJob(const CompareRequest& request) {
   if (request.tolerance) job += fmt::format("SET OPTIONS TOLERANCE={}.\n", *request.tolerance);
   if (request.collation) job += fmt::format("SET OPTIONS COLLATION={}.\n", quotedInJob(*request.collation));
 
-  job += openCommand(request.active, activeHandle, request.comparison);
-  job += openCommand(request.comparison, comparisonHandle, request.active);
+  const ProtectedBy active{request.active, request.passwords.input};
+  const ProtectedBy comparison{request.comparison, request.passwords.comparison};
+  job += openCommand(active, activeHandle, comparison);
+  job += openCommand(comparison, comparisonHandle, active);
   job += fmt::format("ACTIVATE DATASET NAME={}.\n", activeHandle);
   job += sortCommand(request);
 
@@ -129,8 +146,20 @@ std::string compareJob(const CompareRequest& request) {
   job += outputSubcommand(request) + ".\n";
   if (request.profile) job += profileCommand(request);
 
-  if (request.saveActive) job += fmt::format("SAVE DATA FILE={}.\n", quotedInJob(*request.saveActive));
+  if (request.saveActive) {
+    job += fmt::format("SAVE DATA FILE={}{}.\n", quotedInJob(*request.saveActive),
+                       passwordInJob("PASSWORD", request.passwords.output));
+  }
   return job;
+}
+
+JobPasswords hidden(const JobPasswords& passwords) {
+  const auto shown = [](const std::string& password) { return std::string(password.empty() ? "" : "***"); };
+  return {shown(passwords.input), shown(passwords.comparison), shown(passwords.output)};
+}
+
+std::string passwordInJob(const char* keyword, const std::string& password) {
+  return password.empty() ? "" : fmt::format(" {}={}", keyword, quotedInJob(password));
 }
 
 }  // namespace workbench::app

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "workbench/app/password_files.h"
+
 namespace workbench::app {
 
 enum class SortChoice { whenNeeded, never, always };
@@ -26,6 +28,7 @@ struct CompareRequest {
   std::optional<double> tolerance;
   std::optional<std::string> collation;
   bool profile = false;
+  JobPasswords passwords;
 };
 
 // The handles under which the job opens the two datasets.
@@ -33,6 +36,11 @@ inline constexpr const char* activeHandle = "active";
 inline constexpr const char* comparisonHandle = "comparison";
 
 std::string compareJob(const CompareRequest& request);
+
+// The passwords as they are shown: that there are some.
+JobPasswords hidden(const JobPasswords& passwords);
+// " PASSWORD='...'" for a password of a job; nothing where there is none.
+std::string passwordInJob(const char* keyword, const std::string& password);
 
 // A text as a string of the job language, in single quotes.
 std::string quotedInJob(const std::string& text);

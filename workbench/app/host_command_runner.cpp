@@ -13,6 +13,7 @@
 #include "workbench/data/output_set.h"
 #include "workbench/data/working/dataset_roles.h"
 #include "workbench/data/working/open_dataset.h"
+#include "workbench/data/working/password_reference.h"
 #include "workbench/data/working/save.h"
 #include "workbench/data/working/sort.h"
 #include "workbench/language/host_commands.h"
@@ -42,6 +43,12 @@ class Keywords {
   }
   std::optional<std::string> textIfGiven(std::string_view name) const {
     return has(name) ? std::optional(text(name)) : std::nullopt;
+  }
+  Secret password(std::string_view name) const {
+    const ParamObj* value = find(name);
+    if (value == nullptr) return {};
+    const std::vector<TokenInfoObj> tokens = value->getTokenList();
+    return tokens.size() == 1 ? data::givenPassword(tokens.front().getString()) : Secret();
   }
   // Names; none for the word NONE.
   std::vector<std::string> names(std::string_view name) const {
@@ -82,8 +89,9 @@ struct Surroundings {
 
 bool openData(const Surroundings& at) {
   data::OpenOptions options;
-  options.password = at.keywords.text("PASSWORD");
+  options.password = at.keywords.password("PASSWORD");
   options.typesWith = at.keywords.textIfGiven("TYPESWITH");
+  options.typesPassword = at.keywords.password("TYPESPASSWORD");
   const auto dataset = data::openDataset(at.keywords.text("FILE"), options);
   if (!dataset) return at.run.refuse(dataset.problem());
   return at.settle(at.session.datasets.open(*dataset, at.keywords.textIfGiven("NAME")));
@@ -100,7 +108,7 @@ bool saveData(const Surroundings& at) {
   if (dataset == nullptr) return false;
   const Activity::Stage stage(text::sentence("Saving ^1", {at.keywords.text("FILE")}), Activity::Unit::cases);
   data::OutputSet outputs(&at.session.datasets);
-  const auto saved = data::saveDataset(dataset, at.keywords.text("FILE"), at.keywords.text("PASSWORD"), outputs);
+  const auto saved = data::saveDataset(dataset, at.keywords.text("FILE"), at.keywords.password("PASSWORD"), outputs);
   if (!saved) return at.run.refuse(saved.problem());
   return at.settle(outputs.commit());
 }

@@ -5,8 +5,10 @@
 #include "workbench/app/command_run.h"
 #include "workbench/app/host_command_runner.h"
 #include "workbench/app/procedure_runner.h"
+#include "workbench/language/hidden_passwords.h"
 #include "workbench/language/host_commands.h"
 #include "workbench/language/job.h"
+#include "workbench/runtime/protected_data.h"
 
 namespace workbench::app {
 
@@ -25,6 +27,17 @@ void noteVerdict(Session& session, const output::Command& command, const std::op
   if (!found) return;
   std::optional<output::Verdict>& total = session.document.verdict;
   total = total ? worse(*total, *found) : *found;
+}
+
+// What a job does with its first command may lie on a disk when its last one opens or saves a protected file.
+void noteProtectedDataOf(const std::vector<language::JobCommand>& commands) {
+  for (const language::JobCommand& command : commands) {
+    for (const TokenInfoObj& token : command.tokens) {
+      if (token.getKind() == TokenInfoObj::Kind::word && language::isPasswordKeyword(token.getString())) {
+        noteProtectedData();
+      }
+    }
+  }
 }
 
 // True when the command was completed.
@@ -49,7 +62,9 @@ bool runCommand(Session& session, const language::JobCommand& jobCommand) {
 }  // namespace
 
 void runJob(Session& session, std::string_view job, OnError onError) {
-  for (const language::JobCommand& command : language::readJob(job, knownCommands(session))) {
+  const std::vector<language::JobCommand> commands = language::readJob(job, knownCommands(session));
+  noteProtectedDataOf(commands);
+  for (const language::JobCommand& command : commands) {
     if (runCommand(session, command)) continue;
     if (onError == OnError::stop || (onError == OnError::stopButForSort && command.name != "SORT CASES")) return;
   }

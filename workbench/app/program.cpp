@@ -1,8 +1,10 @@
 #include "workbench/app/program.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -12,11 +14,18 @@
 #include <system_error>
 
 #include "workbench/app/job_runner.h"
+#include "workbench/app/password_encoding.h"
+#include "workbench/app/password_files.h"
+#include "workbench/app/password_prompt.h"
 #include "workbench/app/progress_line.h"
 #include "workbench/app/results_output.h"
 #include "workbench/app/session.h"
 #include "workbench/app/verdict.h"
 #include "workbench/data/data_file.h"
+#include "workbench/data/files/openpgp_message.h"
+#include "workbench/data/files/protected_name.h"
+#include "workbench/data/working/password_decoder.h"
+#include "workbench/data/working/password_reference.h"
 #include "workbench/output/display_text.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/interruption.h"
@@ -31,22 +40,40 @@ constexpr int troubleStatus = static_cast<int>(output::Verdict::trouble);
 
 // What to run, and what follows an error.
 struct Job {
-  std::string text;
+  Secret text;  // passwords may stand in it
   OnError onError = OnError::goOn;
 };
 
-Outcome<std::string> readJobFile(const std::string& path) {
-  if (path == "-") return std::string(std::istreambuf_iterator<char>(std::cin), {});
+Outcome<Secret> readJobFile(const std::string& path) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) {
     return Problem{text::sentence("This is a folder."), path, text::sentence("Name a job file.")};
   }
-  std::ifstream file(path, std::ios::binary);
-  std::string content(std::istreambuf_iterator<char>(file), {});
-  if (!file) {
-    return Problem{text::sentence("The job file cannot be read."), path, text::sentence("Check its name and rights.")};
+  const bool isStandardInput = path == "-";
+  const int descriptor = isStandardInput ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  constexpr std::size_t atOnce = std::size_t{1} << 16;
+  SecretBuffer content(atOnce);
+  ssize_t bytes = -1;
+  while (descriptor >= 0 && (bytes = ::read(descriptor, content.room(atOnce), atOnce)) != 0) {
+    if (bytes < 0 && errno != EINTR) break;
+    if (bytes > 0) content.taken(static_cast<std::size_t>(bytes));
   }
-  return content;
+  if (!isStandardInput && descriptor >= 0) ::close(descriptor);
+  if (bytes == 0) return content.secret();
+  return Problem{text::sentence("The job file cannot be read."), path, text::sentence("Check its name and rights.")};
+}
+
+// Before anything is read: whether the outputs are named as files with the password that is given, or with none.
+Outcome<Done> checkOutputNames(const PasswordFiles& files, const std::vector<std::optional<std::string>>& outputs) {
+  bool isAnyWritten = false;
+  for (const std::optional<std::string>& output : outputs) {
+    if (!output) continue;
+    isAnyWritten = true;
+    if (auto checked = data::checkProtectedName(*output, files.output.has_value()); !checked) return checked;
+  }
+  if (isAnyWritten || !files.output) return Done{};
+  return Problem{text::sentence("No data file is written that the password could protect."), "--output-password-file",
+                 text::sentence("Leave the option out, or say what is to be saved.")};
 }
 
 std::string namesOf(const std::vector<std::string>& names) {
@@ -57,13 +84,20 @@ std::string namesOf(const std::vector<std::string>& names) {
 
 Outcome<Job> jobOf(const CompareCommand& compare) {
   CompareRequest request = compare.request;
+  const auto named = checkOutputNames(compare.passwordFiles, {request.saveActive, request.matched, request.mismatched});
+  if (!named) return named.problem();
+  const auto passwords = readPasswords(compare.passwordFiles, compare.output.quiet);
+  if (!passwords) return passwords.problem();
   const auto bothBringDictionaries = [&] {
     return data::bringsDictionary(request.active) && data::bringsDictionary(request.comparison);
   };
   if (!compare.propertiesAreAsked && bothBringDictionaries()) request.properties = {"all"};
-  Job job{compareJob(request), OnError::stopButForSort};
-  if (compare.showSyntax) std::cout << job.text << '\n';
-  return job;
+  if (compare.showSyntax) {
+    request.passwords = hidden(*passwords);
+    std::cout << compareJob(request) << '\n';
+  }
+  request.passwords = *passwords;
+  return Job{std::string_view(compareJob(request)), OnError::stopButForSort};
 }
 
 Outcome<Job> jobOf(const RunCommand& run) {
@@ -73,21 +107,38 @@ Outcome<Job> jobOf(const RunCommand& run) {
 }
 
 Outcome<Job> jobOf(const DescribeCommand& describe) {
-  return Job{fmt::format("OPEN DATA FILE={}.\nDESCRIBE DATA.\n", quotedInJob(describe.data)), OnError::stop};
+  const auto passwords = readPasswords(describe.passwordFiles, describe.output.quiet);
+  if (!passwords) return passwords.problem();
+  const std::string job = fmt::format("OPEN DATA FILE={}{}.\nDESCRIBE DATA.\n", quotedInJob(describe.data),
+                                      passwordInJob("PASSWORD", passwords->input));
+  return Job{std::string_view(job), OnError::stop};
 }
 
 Outcome<Job> jobOf(const ConvertCommand& convert) {
-  return Job{
-      fmt::format("OPEN DATA FILE={}.\nSAVE DATA FILE={}.\n", quotedInJob(convert.input), quotedInJob(convert.output)),
-      OnError::stop};
+  const auto named = checkOutputNames(convert.passwordFiles, {convert.output});
+  if (!named) return named.problem();
+  const auto passwords = readPasswords(convert.passwordFiles, convert.results.quiet);
+  if (!passwords) return passwords.problem();
+  const std::string job = fmt::format("OPEN DATA FILE={}{}.\nSAVE DATA FILE={}{}.\n", quotedInJob(convert.input),
+                                      passwordInJob("PASSWORD", passwords->input), quotedInJob(convert.output),
+                                      passwordInJob("PASSWORD", passwords->output));
+  return Job{std::string_view(job), OnError::stop};
 }
 
 Outcome<Job> jobOf(const SortCommand& sort) {
-  return Job{fmt::format("OPEN DATA FILE={}.\nSORT CASES BY={}.\nSAVE DATA FILE={}.\n", quotedInJob(sort.input),
-                         namesOf(sort.by), quotedInJob(sort.output)),
-             OnError::stop};
+  const auto named = checkOutputNames(sort.passwordFiles, {sort.output});
+  if (!named) return named.problem();
+  const auto passwords = readPasswords(sort.passwordFiles, sort.results.quiet);
+  if (!passwords) return passwords.problem();
+  const std::string job =
+      fmt::format("OPEN DATA FILE={}{}.\nSORT CASES BY={}.\nSAVE DATA FILE={}{}.\n", quotedInJob(sort.input),
+                  passwordInJob("PASSWORD", passwords->input), namesOf(sort.by), quotedInJob(sort.output),
+                  passwordInJob("PASSWORD", passwords->output));
+  return Job{std::string_view(job), OnError::stop};
 }
 
+// These two run nothing.
+Outcome<Job> jobOf(const EncodePasswordCommand&) { return Job{}; }
 Outcome<Job> jobOf(const ShowText&) { return Job{}; }
 
 const OutputChoice& outputOf(const CompareCommand& command) { return command.output; }
@@ -99,6 +150,7 @@ const OutputChoice& outputOf(const ShowText&) {
   static const OutputChoice none;
   return none;
 }
+const OutputChoice& outputOf(const EncodePasswordCommand&) { return outputOf(ShowText()); }
 
 // The locale that the environment names for one purpose.
 std::string localeFromEnvironment(const char* purpose) {
@@ -173,9 +225,28 @@ void runShown(Session& session, const Job& job, const OutputChoice& choice) {
       if (progress) progress->erase();
     });
   }
-  runJob(session, job.text, job.onError);
+  runJob(session, job.text.view(), job.onError);
   text::diagnostics().sendTo({});
   beforeInterruptedEnd({});
+}
+
+// From the terminal, or else from standard input.
+Outcome<Secret> passwordToEncode() {
+  if (::isatty(STDIN_FILENO) != 0) return askForPassword(text::sentence("Password to encode"), Asking::twice);
+  return firstLineOf(STDIN_FILENO, text::sentence("standard input"));
+}
+
+int encodePassword(const EncodePasswordCommand& encode) {
+  const auto wording = loadWording(encode.language);
+  if (!wording) return fail(wording.problem());
+  currentRun().wording = wording->get();
+  const auto password = passwordToEncode();
+  if (!password) return fail(password.problem());
+  if (const auto usable = data::checkPassword(*password); !usable) return fail(usable.problem());
+  const auto encoded = encodedPassword(*password);
+  if (!encoded) return fail(encoded.problem());
+  std::cout << *encoded << '\n';
+  return 0;
 }
 
 }  // namespace
@@ -185,6 +256,7 @@ int runProgram(const ProgramOptions& options) {
     std::cout << show->text;
     return 0;
   }
+  if (const auto* encode = std::get_if<EncodePasswordCommand>(&options.command)) return encodePassword(*encode);
   const OutputChoice& choice =
       std::visit([](const auto& command) -> const OutputChoice& { return outputOf(command); }, options.command);
 
@@ -200,9 +272,13 @@ int runProgram(const ProgramOptions& options) {
   if (choice.journal) {
     if (const auto started = startJournal(*choice.journal, journalFile); !started) return fail(started.problem());
   }
+  currentRun().wording = session.wording.get();  // of what is asked and refused before the first command
   auto job = std::visit([](const auto& command) { return jobOf(command); }, options.command);
   if (!job) return fail(job.problem());
+  data::setPasswordDecoder(decodedPassword);
   runShown(session, *job, choice);
+  job->text = {};
+  data::forgetPasswords();
   journal().sendTo({});
   (*results)->writeDiagnostics(session.document);
   if (const auto written = (*results)->write(session.document); !written) return fail(written.problem());

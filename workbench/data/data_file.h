@@ -12,6 +12,7 @@
 #include "workbench/data/case_reader.h"
 #include "workbench/data/dictionary.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
@@ -38,11 +39,14 @@ class DataFile {
 };
 
 struct OpenOptions {
-  std::string password;                  // empty: none
-  std::optional<std::string> typesWith;  // another data file: what no dictionary declares is inferred over both
+  Secret password;                            // empty: none
+  std::optional<std::string> typesWith = {};  // another data file: what no dictionary declares is inferred over both
+  Secret typesPassword = {};                  // of that file
 };
 
-// Opens a data file; its whole content has been read and found sound when types had to be inferred.
+// Opens a data file; its whole content has been read and found sound when types had to be inferred. A protected file,
+// and a protected dictionary beside it, are opened with the password, their plain content lying in memory as long as
+// the DataFile lives.
 Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, const OpenOptions& options);
 
 // Whether a dictionary is written down for the data file, or said to be: a file that cannot be read says so when it is
@@ -57,8 +61,9 @@ Outcome<std::optional<std::string>> fileWrittenBeside(const std::string& path);
 Outcome<Done> checkCanBeWritten(const std::string& path);
 
 // Begins writing a data file of the kind that its name's ending says, and its dictionary. Nothing stands at `path`
-// before commit().
+// before commit(). With a password, which has to be given when and only when the name says so (protected_name.h), both
+// are protected files.
 Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, const Dictionary& dictionary,
-                                                    const std::string& password);
+                                                    const Secret& password);
 
 }  // namespace workbench::data

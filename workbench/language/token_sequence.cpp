@@ -7,15 +7,34 @@
 #include "host/parser.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
+#include "workbench/runtime/secret.h"
 
+// A token may be a password, and none is to stay in memory behind it: what its text leaves is overwritten, also what a
+// short text leaves where it was moved from.
 TokenInfoObj::TokenInfoObj(Kind kind, std::string text, std::int32_t line, std::int32_t column)
-    : text_(std::move(text)), kind_(kind), line_(line), column_(column) {}
+    : text_(std::move(text)), kind_(kind), line_(line), column_(column) {
+  workbench::wipe(text);
+}
 
 TokenInfoObj::TokenInfoObj(const TokenInfoObj&) = default;
 TokenInfoObj::TokenInfoObj(TokenInfoObj&&) noexcept = default;
-TokenInfoObj& TokenInfoObj::operator=(const TokenInfoObj&) = default;
-TokenInfoObj& TokenInfoObj::operator=(TokenInfoObj&&) noexcept = default;
-TokenInfoObj::~TokenInfoObj() = default;
+
+TokenInfoObj& TokenInfoObj::operator=(const TokenInfoObj& other) {
+  TokenInfoObj copy(other);
+  return *this = std::move(copy);
+}
+
+TokenInfoObj& TokenInfoObj::operator=(TokenInfoObj&& other) noexcept {
+  if (this == &other) return *this;
+  workbench::wipe(text_);
+  text_ = std::move(other.text_);
+  kind_ = other.kind_;
+  line_ = other.line_;
+  column_ = other.column_;
+  return *this;
+}
+
+TokenInfoObj::~TokenInfoObj() { workbench::wipe(text_); }
 
 struct VRIX_TokenSequence::State {
   std::vector<TokenInfoObj> tokens;

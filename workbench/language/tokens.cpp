@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <unicode/uchar.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "workbench/text/wording.h"
@@ -96,6 +97,8 @@ void skipWord(SourceCursor& cursor) {
   }
 }
 
+constexpr std::size_t shortestApart = 32;  // bytes; a shorter text lies in the string object itself
+
 std::string unclosedCommentSentence() { return sentence("The comment that starts here has no end. Close it with */."); }
 
 CommandText unclosedComment(const SourceCursor& start, const SourceCursor& end) {
@@ -156,7 +159,9 @@ class CommandReader {
 
   void readString(const SourceCursor& start) {
     const std::int32_t quote = start.character();
+    // It may be a password: room for all of it from the start, apart from this frame, leaves no part of it behind.
     std::string content;
+    content.reserve(std::max(bytesToLineEnd(), shortestApart));
     cursor_.advance();
     while (!cursor_.atLineEnd()) {
       const SourceCursor here = cursor_;
@@ -177,6 +182,12 @@ class CommandReader {
     isOver_ = last != std::string::npos && content[last] == '.';
     if (isOver_) content.erase(last);
     add(start, Kind::quotedString, std::move(content));
+  }
+
+  std::size_t bytesToLineEnd() const {
+    SourceCursor end = cursor_;
+    while (!end.atLineEnd()) end.advance();
+    return end.offset() - cursor_.offset();
   }
 
   void readMark(const SourceCursor& start) {

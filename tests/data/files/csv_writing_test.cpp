@@ -276,7 +276,7 @@ TEST(CsvWriting, RefusesNamesThatNoTextHolds) {
 }
 
 std::string creationProblem(const TestFolder& folder, const std::string& name, const Dictionary& dictionary,
-                            const std::string& password = "") {
+                            const Secret& password = {}) {
   const auto writer = createDataFile(folder.path(name), dictionary, password);
   if (writer) return "created";
   std::string message = writer.problem().text();
@@ -293,8 +293,18 @@ TEST(CsvWriting, SaysWhyAFileCannotBeCreated) {
   EXPECT_EQ(creationProblem(folder, "a.txt", dictionary),
             "a.txt: The ending of the name is none of a data file. Use one of these: .csv, .tsv, .csv.gz, .tsv.gz, "
             ".csv.zst, .tsv.zst, .parquet.");
-  EXPECT_EQ(creationProblem(folder, "a.csv", dictionary, "secret"),
-            "a.csv: A file of this kind cannot be protected by a password. Leave the password out.");
+  EXPECT_EQ(
+      creationProblem(folder, "a.csv", dictionary, "secret"),
+      "a.csv: The file is to be protected by a password, and its name does not say so. Let the name end in .pgp, as "
+      "in people.csv.pgp, or leave the password out.");
+  EXPECT_EQ(
+      creationProblem(folder, "a.csv.pgp", dictionary),
+      "a.csv.pgp: The name says that the file is protected, and no password was given for it. Give a password, or "
+      "leave the last ending of the name out.");
+  EXPECT_EQ(creationProblem(folder, "a.csv.asc", dictionary, "secret"),
+            "a.csv.asc: Files that end in .asc are read, and not written. Let the name end in .pgp instead.");
+  EXPECT_EQ(creationProblem(folder, "a.csv.pgp", dictionary, Secret(std::string(256, 'x'))),
+            "a.csv.pgp: The password has more than 255 bytes. Give a shorter one.");
   EXPECT_EQ(creationProblem(folder, "a.csv", Dictionary()),
             "a.csv: A dataset without variables cannot be written as text. Save one that has a variable, or none.");
 }

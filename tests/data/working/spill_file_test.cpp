@@ -6,11 +6,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
 #include <utility>
 
 #include "host/messages.h"
 #include "tests/data/working/spills.h"
 #include "workbench/data/working/nameless_file.h"
+#include "workbench/runtime/protected_data.h"
 
 namespace workbench::data {
 namespace {
@@ -47,6 +53,57 @@ TEST(SpillFile, HasNoNameAndIsGoneWithItsOwner) {
   }
   EXPECT_EQ(folder.openFiles(), 0);
   EXPECT_EQ(folder.listing(), "");
+}
+
+// The bytes of the temporary file on the disk. Requires: one is open.
+std::string bytesOnDisk(const SpillFolder& folder) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    if (!std::filesystem::read_symlink(entry.path(), gone).string().starts_with(folder.path())) continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  ADD_FAILURE() << "no temporary file is open";
+  return {};
+}
+
+TEST(SpillFile, HoldsNothingInTheClearWhereDataAreProtected) {
+  noteProtectedData();
+  const SpillFolder folder;
+  SpillFile file;
+  std::string expected(300'000, '.');
+  file.write(0, expected.data(), expected.size());
+  std::mt19937 random(5);
+  for (int step = 0; step < 40; ++step) {
+    const std::size_t place = random() % 290'000;
+    const std::string text(1 + random() % 9'000, static_cast<char>('a' + step % 26));
+    expected.replace(place, text.size(), text);
+    file.write(place, text.data(), text.size());
+    std::string read(expected.size() - place / 2, '?');
+    file.read(place / 2, read.data(), read.size());
+    ASSERT_EQ(read, expected.substr(place / 2)) << step;
+  }
+  const std::string bytes = bytesOnDisk(folder);
+  EXPECT_GE(bytes.size(), expected.size());
+  EXPECT_EQ(bytes.find("aaaaaaaa"), std::string::npos);
+  EXPECT_EQ(bytes.find("........"), std::string::npos);
+}
+
+TEST(SpillFile, NoticesThatWhatItEncryptedWasChanged) {
+  noteProtectedData();
+  const SpillFolder folder;
+  SpillFile file;
+  const std::string text(100'000, 'x');
+  file.write(0, text.data(), text.size());
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    if (!std::filesystem::read_symlink(entry.path(), gone).string().starts_with(folder.path())) continue;
+    std::fstream(entry.path(), std::ios::binary | std::ios::in | std::ios::out).seekp(70'000).put('!');
+  }
+  std::string read(text.size(), '?');
+  file.read(0, read.data(), 65'536);
+  EXPECT_EQ(thrownBy([&] { file.read(0, read.data(), read.size()); }),
+            "The temporary file in " + folder.path() + " cannot be read (Input/output error).");
 }
 
 TEST(SpillFile, SaysWhereNoFileCanBeMade) {

@@ -93,16 +93,26 @@ TEST_F(UserCaseFileSpecs, RefusesAPasswordForADataset) {
 
 TEST_F(UserCaseFileSpecs, DecodesAnEncodedPasswordOrRefusesIt) {
   UserCaseFileSpec spec;
-  EXPECT_FALSE(spec.Init(folder_.file("x.csv"), true, true, "c2VjcmV0", true));
+  EXPECT_FALSE(spec.Init(folder_.file("x.csv.pgp"), true, true, "c2VjcmV0", true));
   EXPECT_TRUE(spec.Init(folder_.file("x.csv"), true, true, "", true)) << "no password, nothing to decode";
-  setPasswordDecoder([](std::string_view encoded) -> Outcome<std::string> {
+  setPasswordDecoder([](std::string_view encoded) -> Outcome<Secret> {
     if (encoded != "c2VjcmV0") return Problem{"It was encoded elsewhere.", "", ""};
-    return std::string("secret");
+    return Secret("secret");
   });
-  EXPECT_TRUE(spec.Init(folder_.file("x.csv"), true, true, "c2VjcmV0", true));
-  EXPECT_FALSE(spec.Init(folder_.file("x.csv"), true, true, "other", true));
+  EXPECT_TRUE(spec.Init(folder_.file("x.csv.pgp"), true, true, "c2VjcmV0", true));
+  EXPECT_FALSE(spec.Init(folder_.file("x.csv.pgp"), true, true, "other", true));
   EXPECT_EQ(spec.ErrorText(), "It was encoded elsewhere.");
   setPasswordDecoder({});
+}
+
+TEST_F(UserCaseFileSpecs, WantsAPasswordWhenAndOnlyWhenTheNameSaysSo) {
+  UserCaseFileSpec spec;
+  EXPECT_TRUE(spec.Init(folder_.file("x.csv.pgp"), true, true, "secret", false));
+  EXPECT_TRUE(spec.Init(folder_.file("x.csv.GPG"), true, true, "secret", false));
+  EXPECT_FALSE(spec.Init(folder_.file("x.csv"), true, true, "secret", false));
+  EXPECT_TRUE(spec.ErrorText().find("Let the name end in .pgp") != std::string::npos) << spec.ErrorText();
+  EXPECT_FALSE(spec.Init(folder_.file("x.csv.pgp"), true, true, "", false));
+  EXPECT_TRUE(spec.ErrorText().find("no password was given") != std::string::npos) << spec.ErrorText();
 }
 
 TEST_F(UserCaseFileSpecs, NeverShowsAPasswordInTheJournal) {

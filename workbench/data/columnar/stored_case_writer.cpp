@@ -14,6 +14,7 @@
 #include "workbench/data/descriptors/schema_writer.h"
 #include "workbench/data/files/duckdb_copy.h"
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/data/files/protected_name.h"
 #include "workbench/text/string_comparison.h"
 #include "workbench/text/utf8.h"
 
@@ -128,9 +129,11 @@ class StoredCaseWriter final : public CaseWriter {
 
 }  // namespace
 
-Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, const Dictionary& dictionary) {
+Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, const Dictionary& dictionary,
+                                                       const Secret& password) {
   WritableDictionary written = writablePartOf(dictionary);
-  const Outcome<std::string> resource = resourceText(std::filesystem::path(path).stem().string(), written.dictionary);
+  const Outcome<std::string> resource =
+      resourceText(std::filesystem::path(plainName(path)).stem().string(), written.dictionary);
   if (!resource) {
     Problem problem = resource.problem();
     problem.where = path;
@@ -138,7 +141,8 @@ Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, 
   }
   const std::string options =
       fmt::format("FORMAT parquet, COMPRESSION zstd, KV_METADATA {{{}: {}}}", sqlText(resourceKey), sqlText(*resource));
-  Outcome<std::unique_ptr<DuckDbCopy>> copy = DuckDbCopy::start(path, Packing::none, columnsOf(dictionary), options);
+  Outcome<std::unique_ptr<DuckDbCopy>> copy =
+      DuckDbCopy::start(path, Packing::none, columnsOf(dictionary), options, password);
   if (!copy) return copy.problem();
   return std::unique_ptr<CaseWriter>(
       std::make_unique<StoredCaseWriter>(std::move(*copy), path, dictionary, std::move(written.losses)));

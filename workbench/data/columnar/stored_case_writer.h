@@ -7,10 +7,12 @@
 
 #include "workbench/data/case_reader.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
 // As a Parquet file that holds its dictionary.
-Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, const Dictionary& dictionary);
+Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, const Dictionary& dictionary,
+                                                       const Secret& password);
 
 }  // namespace workbench::data

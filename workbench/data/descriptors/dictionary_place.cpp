@@ -1,5 +1,7 @@
 #include "workbench/data/descriptors/dictionary_place.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -9,6 +11,7 @@
 #include "workbench/data/descriptors/data_package.h"
 #include "workbench/data/descriptors/json_text.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/protected_name.h"
 
 namespace workbench::data {
 namespace {
@@ -23,15 +26,21 @@ bool exists(const std::string& path) {
   return fs::exists(path, failure);
 }
 
+// A protected data file has its schema in a protected file, whose name ends like its own.
+std::string schemaAfter(std::string_view name, const std::string& dataPath) {
+  return std::string(name).append(schemaEnding).append(protectedEnding(dataPath));
+}
+
 std::string stemOf(const std::string& dataPath) {
   const Outcome<FileKind> kind = fileKind(dataPath);
-  return dataPath.substr(0, dataPath.size() - (kind ? kind->ending.size() : 0));
+  const std::string_view plain = plainName(dataPath);
+  return std::string(plain.substr(0, plain.size() - (kind ? kind->ending.size() : 0)));
 }
 
 // Whether another data file would take the schema for its own.
 bool isShared(const std::string& stem, const std::string& dataPath) {
   for (const std::string_view ending : fileEndings()) {
-    const std::string other = std::string(stem).append(ending);
+    const std::string other = std::string(stem).append(ending).append(protectedEnding(dataPath));
     if (other != dataPath && exists(other)) return true;
   }
   return false;
@@ -39,7 +48,7 @@ bool isShared(const std::string& stem, const std::string& dataPath) {
 
 DictionaryPlace schemaPlaceOf(const std::string& dataPath) {
   std::string path = schemaPathOf(dataPath);
-  if (isShared(stemOf(dataPath), dataPath)) path = std::string(dataPath).append(schemaEnding);
+  if (isShared(stemOf(dataPath), dataPath)) path = schemaAfter(plainName(dataPath), dataPath);
   return {path, false};
 }
 
@@ -59,12 +68,18 @@ Outcome<DictionaryPlace> dictionaryPlaceOf(const std::string& dataPath) {
   if (findings.problem()) return *findings.problem();
   const Outcome<std::optional<std::size_t>> index = resourceOfFile(resources, dataPath);
   if (!index) return index.problem();
-  return *index ? DictionaryPlace{packagePath, true} : schemaPlaceOf(dataPath);
+  if (!*index) return schemaPlaceOf(dataPath);
+  if (isProtectedName(dataPath)) {
+    return Problem{
+        fmt::format("{} describes the protected file, and would show its dictionary to everybody.", packagePath),
+        dataPath, "Choose another name or folder."};
+  }
+  return DictionaryPlace{packagePath, true};
 }
 
 std::string schemaPathOf(const std::string& dataPath) {
-  std::string own = std::string(dataPath).append(schemaEnding);
-  return exists(own) ? own : stemOf(dataPath).append(schemaEnding);
+  std::string own = schemaAfter(plainName(dataPath), dataPath);
+  return exists(own) ? own : schemaAfter(stemOf(dataPath), dataPath);
 }
 
 std::string packagePathOf(const std::string& dataPath) {

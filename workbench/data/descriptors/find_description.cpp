@@ -17,6 +17,7 @@
 #include "workbench/data/descriptors/schema_reading.h"
 #include "workbench/data/descriptors/statistics_dataset.h"
 #include "workbench/data/descriptors/table_resource.h"
+#include "workbench/data/files/protected_name.h"
 
 namespace workbench::data {
 namespace {
@@ -107,7 +108,9 @@ Outcome<std::optional<DescribedTable>> descriptionBeside(const std::string& data
     Outcome<std::optional<DescribedTable>> described = describedIn(packagePath, dataPath);
     if (!described || *described) return described;
   }
-  const std::string schemaPath = schemaPathOf(dataPath);
+  std::string schemaPath = schemaPathOf(dataPath);
+  // Who protects the data may have left the description of them as it was.
+  if (isProtectedName(dataPath) && !isThere(schemaPath)) schemaPath = schemaPathOf(std::string(plainName(dataPath)));
   if (!isThere(schemaPath)) return std::optional<DescribedTable>();
   Outcome<DescribedTable> described = describedBySchema(schemaPath, dataPath);
   if (!described) return described.problem();

@@ -1,7 +1,8 @@
 // Finds the description of a data file, or the table that a package describes.
 //
 // A data file that is opened by itself is described by the "datapackage.json" of its folder, where a resource names the
-// file; else by a table schema beside it: people.csv and people.csv.gz by people.schema.json.
+// file; else by a table schema beside it: people.csv and people.csv.gz by people.schema.json, the protected file
+// people.csv.pgp by people.schema.json.pgp or, where there is none, like people.csv.
 #pragma once
 
 #include <optional>

@@ -146,13 +146,13 @@ class CsvCaseWriter final : public CaseWriter {
 }  // namespace
 
 Outcome<std::unique_ptr<CaseWriter>> createCsvFile(const std::string& path, const FileKind& kind,
-                                                   const Dictionary& dictionary) {
+                                                   const Dictionary& dictionary, const Secret& password) {
   if (dictionary.size() == 0)
     return Problem{"A dataset without variables cannot be written as text.", path,
                    "Save one that has a variable, or none."};
   if (auto problem = problemOfName(path, dictionary)) return *std::move(problem);
   Outcome<std::unique_ptr<DuckDbCopy>> copy =
-      DuckDbCopy::start(path, kind.packing, columnsOf(dictionary), csvOptions(kind, dictionary));
+      DuckDbCopy::start(path, kind.packing, columnsOf(dictionary), csvOptions(kind, dictionary), password);
   if (!copy) return copy.problem();
   return std::unique_ptr<CaseWriter>(std::make_unique<CsvCaseWriter>(std::move(*copy), path, dictionary));
 }

@@ -10,10 +10,11 @@
 
 #include "workbench/data/case_reader.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
 Outcome<std::unique_ptr<CaseWriter>> createCsvFile(const std::string& path, const FileKind& kind,
-                                                   const Dictionary& dictionary);
+                                                   const Dictionary& dictionary, const Secret& password = {});
 
 }  // namespace workbench::data

@@ -17,8 +17,8 @@ Value valueOrThrow(Outcome<Value> outcome) {
   return std::move(*outcome);
 }
 
-std::unique_ptr<OutputFile> completeFile(const std::string& path, const std::string& text) {
-  std::unique_ptr<OutputFile> file = valueOrThrow(OutputFile::create(path));
+std::unique_ptr<OutputFile> completeFile(const std::string& path, const std::string& text, const Secret& password) {
+  std::unique_ptr<OutputFile> file = valueOrThrow(OutputFile::create(path, password));
   std::ofstream content(file->descriptorPath(), std::ios::binary);
   content.write(text.data(), static_cast<std::streamsize>(text.size()));
   content.close();
@@ -33,10 +33,12 @@ std::unique_ptr<OutputFile> completeFile(const std::string& path, const std::str
 }  // namespace
 
 Outcome<std::unique_ptr<DictionaryOutput>> DictionaryOutput::create(const std::string& dataPath, char delimiter,
-                                                                    const Dictionary& dictionary) {
+                                                                    const Dictionary& dictionary,
+                                                                    const Secret& password) {
   Outcome<DictionaryPlace> place = dictionaryPlaceOf(dataPath);
   if (!place) return place.problem();
-  std::unique_ptr<DictionaryOutput> output(new DictionaryOutput(dataPath, delimiter, dictionary, std::move(*place)));
+  std::unique_ptr<DictionaryOutput> output(
+      new DictionaryOutput(dataPath, delimiter, dictionary, std::move(*place), password));
   if (const Outcome<std::string> text = output->text(); !text) {
     Problem problem = text.problem();
     if (problem.where.empty()) problem.where = dataPath;
@@ -46,18 +48,20 @@ Outcome<std::unique_ptr<DictionaryOutput>> DictionaryOutput::create(const std::s
 }
 
 DictionaryOutput::DictionaryOutput(std::string dataPath, char delimiter, const Dictionary& dictionary,
-                                   DictionaryPlace place)
+                                   DictionaryPlace place, Secret password)
     : dataPath_(std::move(dataPath)),
       delimiter_(delimiter),
       written_(writablePartOf(dictionary)),
-      place_(std::move(place)) {}
+      place_(std::move(place)),
+      password_(std::move(password)) {}
 
 void DictionaryOutput::complete() {
-  if (!place_.isPackage) file_ = completeFile(place_.path, valueOrThrow(text()));
+  if (!place_.isPackage) file_ = completeFile(place_.path, valueOrThrow(text()), password_);
+  password_ = {};
 }
 
 void DictionaryOutput::commit() {
-  if (place_.isPackage) file_ = completeFile(place_.path, valueOrThrow(text()));
+  if (place_.isPackage) file_ = completeFile(place_.path, valueOrThrow(text()), {});
   file_->commit();
 }
 

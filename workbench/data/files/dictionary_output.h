@@ -13,14 +13,16 @@
 #include "workbench/data/dictionary.h"
 #include "workbench/data/files/output_file.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
 class DictionaryOutput {
  public:
-  // A problem when the dictionary cannot be written down.
+  // With a password the schema is a protected file, as the data are. A problem when the dictionary cannot be written
+  // down.
   static Outcome<std::unique_ptr<DictionaryOutput>> create(const std::string& dataPath, char delimiter,
-                                                           const Dictionary& dictionary);
+                                                           const Dictionary& dictionary, const Secret& password = {});
 
   // What of the dictionary cannot be written, sentences.
   const std::vector<std::string>& losses() const { return written_.losses; }
@@ -30,13 +32,15 @@ class DictionaryOutput {
   void commit();  // requires: complete() was called
 
  private:
-  DictionaryOutput(std::string dataPath, char delimiter, const Dictionary& dictionary, DictionaryPlace place);
+  DictionaryOutput(std::string dataPath, char delimiter, const Dictionary& dictionary, DictionaryPlace place,
+                   Secret password);
   Outcome<std::string> text() const;
 
   std::string dataPath_;
   char delimiter_;
   WritableDictionary written_;
   DictionaryPlace place_;
+  Secret password_;
   std::unique_ptr<OutputFile> file_;  // of a schema, once it is complete
 };
 

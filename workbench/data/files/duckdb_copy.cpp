@@ -20,9 +20,10 @@ std::string copyStatement(const std::string& table, const std::string& path, std
 }  // namespace
 
 Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, Packing packing,
-                                                       std::vector<DuckDbColumn> columns, std::string_view options) {
+                                                       std::vector<DuckDbColumn> columns, std::string_view options,
+                                                       const Secret& password) {
   if (const Outcome<Done> enabled = DuckDbRowQueue::enable(); !enabled) return enabled.problem();
-  Outcome<std::unique_ptr<OutputFile>> file = OutputFile::create(path);
+  Outcome<std::unique_ptr<OutputFile>> file = OutputFile::create(path, password);
   if (!file) return file.problem();
   std::unique_ptr<DuckDbCopy> copy(new DuckDbCopy(std::move(*file), std::move(columns)));
   if (packing != Packing::none) {

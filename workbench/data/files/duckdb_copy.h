@@ -25,10 +25,11 @@ namespace workbench::data {
 
 class DuckDbCopy {
  public:
-  // The options say what kind of file it is, as SQL: "FORMAT csv, HEADER true". Requires: there is a column; the
-  // options name no packing.
+  // The options say what kind of file it is, as SQL: "FORMAT csv, HEADER true". With a password the file is protected.
+  // Requires: there is a column; the options name no packing.
   static Outcome<std::unique_ptr<DuckDbCopy>> start(const std::string& path, Packing packing,
-                                                    std::vector<DuckDbColumn> columns, std::string_view options);
+                                                    std::vector<DuckDbColumn> columns, std::string_view options,
+                                                    const Secret& password = {});
   ~DuckDbCopy();
   DuckDbCopy(const DuckDbCopy&) = delete;
   DuckDbCopy& operator=(const DuckDbCopy&) = delete;

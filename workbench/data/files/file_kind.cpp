@@ -7,6 +7,8 @@
 #include <array>
 #include <string>
 
+#include "workbench/data/files/protected_name.h"
+
 namespace workbench::data {
 namespace {
 
@@ -38,7 +40,7 @@ std::string_view nameOf(Packing packing) {
 }
 
 Outcome<FileKind> fileKind(std::string_view path) {
-  std::string lower(path);
+  std::string lower(plainName(path));
   std::transform(lower.begin(), lower.end(), lower.begin(), lowerAscii);
   for (const FileKind& kind : fileKinds) {
     if (lower.ends_with(kind.ending)) return kind;

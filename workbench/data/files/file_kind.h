@@ -19,7 +19,7 @@ struct FileKind {
   Packing packing;
 };
 
-// Fails for an ending that is not known, naming those that are.
+// Of a protected file what is inside. Fails for an ending that is not known, naming those that are.
 Outcome<FileKind> fileKind(std::string_view path);
 // All endings that are known.
 std::vector<std::string_view> fileEndings();

@@ -8,6 +8,9 @@
 #include <cstring>
 #include <utility>
 
+#include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/unlocked_files.h"
+
 namespace workbench::data {
 namespace {
 
@@ -24,16 +27,37 @@ Problem openingProblem(int error, const std::string& path) {
   }
 }
 
-}  // namespace
-
-Outcome<InputFile> InputFile::open(const std::string& path) {
+// The status of a file that is there and can be read more than once. Asked before opening: to open a pipe would wait
+// for someone who writes.
+Outcome<struct stat> statusOf(const std::string& path) {
   struct stat status{};
-  // Asked before opening: to open a pipe would wait for someone who writes.
   if (::stat(path.c_str(), &status) != 0) return openingProblem(errno, path);
   if (S_ISDIR(status.st_mode)) return Problem{"This is a folder.", path, "Name a data file in it."};
   if (!S_ISREG(status.st_mode)) {
     return Problem{"This is no plain file, and data are read more than once.", path, "Copy the data to a file first."};
   }
+  return status;
+}
+
+}  // namespace
+
+FileIdentity identityOf(const struct stat& status) {
+  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+  return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino), status.st_size,
+          status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+}
+
+Outcome<InputFile> InputFile::open(const std::string& path) {
+  if (!isProtectedName(path)) return openAsItIs(path);
+  const Outcome<struct stat> status = statusOf(path);
+  if (!status) return status.problem();
+  const Outcome<int> content = openPlainContent(path, *status);
+  if (!content) return content.problem();
+  return InputFile(*content);
+}
+
+Outcome<InputFile> InputFile::openAsItIs(const std::string& path) {
+  if (const Outcome<struct stat> status = statusOf(path); !status) return status.problem();
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) return openingProblem(errno, path);
   return InputFile(descriptor);
@@ -47,10 +71,7 @@ InputFile::~InputFile() {
 
 FileIdentity InputFile::identity() const {
   struct stat status{};
-  if (::fstat(descriptor_, &status) != 0) return {};
-  constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-  return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino), status.st_size,
-          status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+  return ::fstat(descriptor_, &status) == 0 ? identityOf(status) : FileIdentity();
 }
 
 std::string InputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }

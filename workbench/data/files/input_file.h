@@ -21,10 +21,15 @@ struct FileIdentity {
   auto operator<=>(const FileIdentity&) const = default;
 };
 
+FileIdentity identityOf(const struct stat& status);
+
 class InputFile {
  public:
-  // Fails when there is no such file, when it is no plain file and when it may not be read.
+  // Fails when there is no such file, when it is no plain file and when it may not be read. Of a protected file its
+  // plain content is opened, which fails unless the file is unlocked.
   static Outcome<InputFile> open(const std::string& path);
+  // The file's own bytes, whatever its name says of them.
+  static Outcome<InputFile> openAsItIs(const std::string& path);
   InputFile(InputFile&& other) noexcept;
   InputFile& operator=(InputFile&&) = delete;
   ~InputFile();

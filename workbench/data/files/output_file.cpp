@@ -13,6 +13,8 @@
 #include <utility>
 
 #include "host/messages.h"
+#include "workbench/data/files/openpgp_message.h"
+#include "workbench/runtime/protected_data.h"
 #include "workbench/runtime/temporary_files.h"
 
 namespace workbench::data {
@@ -55,7 +57,7 @@ int makePrivateFile(const std::string& target, std::string& privatePath) {
 
 }  // namespace
 
-Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path) {
+Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path, const Secret& password) {
   std::error_code failure;
   if (std::filesystem::is_directory(path, failure)) return Problem{"This is a folder.", path, "Name a file in it."};
   // A symbolic link stays one: what it points to is replaced.
@@ -66,7 +68,14 @@ Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path)
   const int descriptor = makePrivateFile(target, privatePath);
   if (descriptor < 0) return creationProblem(errno, path);
   temporaryFiles().add(privatePath);
-  return std::unique_ptr<OutputFile>(new OutputFile(path, target, privatePath, descriptor));
+  std::unique_ptr<OutputFile> file(new OutputFile(path, target, privatePath, descriptor));
+  if (password.empty()) return file;
+  noteProtectedData();
+  Outcome<MemoryFile> plain = MemoryFile::create();
+  if (!plain) return Problem{plain.problem().what, path, plain.problem().remedy};
+  file->plain_.emplace(std::move(*plain));
+  file->password_ = password;
+  return file;
 }
 
 OutputFile::OutputFile(std::string path, std::string target, std::string privatePath, int descriptor)
@@ -82,11 +91,15 @@ OutputFile::~OutputFile() {
   temporaryFiles().forget(privatePath_);
 }
 
-std::string OutputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }
+std::string OutputFile::descriptorPath() const {
+  return plain_ ? plain_->descriptorPath() : fmt::format("/proc/self/fd/{}", descriptor_);
+}
 
-void OutputFile::write(std::string_view bytes) {
+void OutputFile::write(std::string_view bytes) { writeTo(plain_ ? plain_->descriptor() : descriptor_, bytes); }
+
+void OutputFile::writeTo(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno != EINTR) fail(errno);
     if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -94,15 +107,24 @@ void OutputFile::write(std::string_view bytes) {
 
 void OutputFile::checkRoom() {
   constexpr std::array<char, std::size_t{1} << 16> bytes{};
-  ::lseek(descriptor_, 0, SEEK_END);
+  ::lseek(plain_ ? plain_->descriptor() : descriptor_, 0, SEEK_END);
   write({bytes.data(), bytes.size()});
 }
 
 void OutputFile::complete() {
+  if (plain_) encrypt();
   struct stat replaced{};
   if (::stat(target_.c_str(), &replaced) == 0 && ::fchmod(descriptor_, modeOf(target_)) != 0) fail(errno);
   if (::fsync(descriptor_) != 0) fail(errno);
   if (::close(std::exchange(descriptor_, -1)) != 0) fail(errno);
+}
+
+void OutputFile::encrypt() {
+  const Outcome<Done> encrypted =
+      encryptMessage(*plain_, password_, [this](std::string_view bytes) { writeTo(descriptor_, bytes); });
+  if (!encrypted) throw ErrorText(Problem{encrypted.problem().what, path_, encrypted.problem().remedy}.text());
+  plain_.reset();
+  password_ = {};
 }
 
 void OutputFile::commit() {

@@ -1,21 +1,25 @@
 // OutputFile: a new file on its way to its place.
 //
 // It stands beside its place under a name of its own until commit, and gets the permissions of the file that it
-// replaces. Its content is written through write(), or by whoever opens descriptorPath(). Invariant: nothing of this
-// object is left on disk after its destruction unless it was committed.
+// replaces. Its content is written through write(), or by whoever opens descriptorPath(). With a password it becomes a
+// protected file: the content gathers in memory and is encrypted on its way to the disk when it is complete. Invariant:
+// nothing of this object is left on disk after its destruction unless it was committed.
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "workbench/data/files/memory_file.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
 class OutputFile {
  public:
-  static Outcome<std::unique_ptr<OutputFile>> create(const std::string& path);
+  static Outcome<std::unique_ptr<OutputFile>> create(const std::string& path, const Secret& password = {});
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -33,12 +37,16 @@ class OutputFile {
 
  private:
   OutputFile(std::string path, std::string target, std::string privatePath, int descriptor);
+  void writeTo(int descriptor, std::string_view bytes);
+  void encrypt();
   [[noreturn]] void fail(int error) const;
 
   std::string path_;
   std::string target_;
   std::string privatePath_;  // empty when there is no private file any more
   int descriptor_;
+  Secret password_;
+  std::optional<MemoryFile> plain_;  // of a protected file, until it is complete
 };
 
 }  // namespace workbench::data

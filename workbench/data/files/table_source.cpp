@@ -7,6 +7,7 @@
 
 #include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/column_names.h"
+#include "workbench/data/files/protected_name.h"
 
 namespace workbench::data {
 namespace {
@@ -120,7 +121,8 @@ void warnOfLines(TableSource& source) {
   }
   const std::optional<std::int64_t> told = source.description ? source.description->bytes : std::nullopt;
   const std::int64_t size = source.evidence.parts.front()->identity.size;
-  if (told && *told != size) {
+  // A package counts the bytes of the file; of a protected one we see the plain content.
+  if (told && *told != size && !isProtectedName(source.dataPaths.front())) {
     source.warnings.push_back(
         fmt::format("The file has {} bytes, and {} says {}.", size, source.description->descriptorPath, *told));
   }

@@ -8,6 +8,7 @@
 
 #include "workbench/data/descriptors/dictionary_place.h"
 #include "workbench/data/files/type_inference.h"
+#include "workbench/data/files/unlocked_dataset.h"
 #include "workbench/data/kinds/data_kind.h"
 
 namespace workbench::data {
@@ -52,9 +53,8 @@ Outcome<InferredTypes> typesOf(ExaminedTable& table, ExaminedTable* partner) {
 }  // namespace
 
 Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, const OpenOptions& options) {
-  if (!options.password.empty()) {
-    return Problem{"The file is not protected by a password.", path, "Leave the password out."};
-  }
+  Outcome<UnlockedFiles> unlocked = unlockedForOpening(path, options);
+  if (!unlocked) return unlocked.problem();
 
   // 1. Read the table once, and the other one at the same time.
   TableInFlight inFlight = startExamining(options.typesWith);
@@ -67,10 +67,13 @@ Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, c
   // 2. What nobody declared is inferred over both.
   Outcome<InferredTypes> types = typesOf(**table, partner ? (**partner).get() : nullptr);
   if (!types) return types.problem();
-  return (*table)->open(std::move(*types));
+  Outcome<std::shared_ptr<const DataFile>> file = (*table)->open(std::move(*types));
+  if (!file) return file;
+  return holding(std::move(*unlocked), std::move(*file));
 }
 
 bool bringsDictionary(const std::string& path) {
+  if (bringsProtectedDictionary(path)) return true;
   const Outcome<const DataKind*> kind = dataKind(path);
   return kind && (*kind)->bringsDictionary(path);
 }
@@ -94,12 +97,10 @@ Outcome<Done> checkCanBeWritten(const std::string& path) {
 }
 
 Outcome<std::unique_ptr<CaseWriter>> createDataFile(const std::string& path, const Dictionary& dictionary,
-                                                    const std::string& password) {
+                                                    const Secret& password) {
   if (const Outcome<Done> checked = checkCanBeWritten(path); !checked) return checked.problem();
-  if (!password.empty()) {
-    return Problem{"A file of this kind cannot be protected by a password.", path, "Leave the password out."};
-  }
-  return (**dataKind(path)).create(path, dictionary);
+  if (const Outcome<Done> usable = checkOutputPassword(path, password); !usable) return usable.problem();
+  return (**dataKind(path)).create(path, dictionary, password);
 }
 
 }  // namespace workbench::data

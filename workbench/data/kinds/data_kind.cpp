@@ -14,17 +14,19 @@
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/data/kinds/described_case_writer.h"
 
 namespace workbench::data {
 namespace {
 
-Outcome<std::unique_ptr<CaseWriter>> createText(const std::string& path, const Dictionary& dictionary) {
+Outcome<std::unique_ptr<CaseWriter>> createText(const std::string& path, const Dictionary& dictionary,
+                                                const Secret& password) {
   const FileKind kind = *fileKind(path);
-  auto cases = createCsvFile(path, kind, dictionary);
+  auto cases = createCsvFile(path, kind, dictionary, password);
   if (!cases) return cases.problem();
-  return describedBeside(path, kind.delimiter, dictionary, std::move(*cases));
+  return describedBeside(path, kind.delimiter, dictionary, password, std::move(*cases));
 }
 
 template <auto open>
@@ -74,7 +76,7 @@ std::string lowerCase(std::string_view text) {
 
 Outcome<const DataKind*> dataKind(const std::string& path) {
   const std::string file = path.substr(0, path.find('#'));
-  const std::string lower = lowerCase(file);
+  const std::string lower = lowerCase(plainName(file));
   for (const DataKind& kind : kinds) {
     const bool hasEnding = std::any_of(kind.endings.begin(), kind.endings.end(),
                                        [&](std::string_view ending) { return lower.ends_with(ending); });

@@ -10,6 +10,7 @@
 #include "workbench/data/case_reader.h"
 #include "workbench/data/files/examined_table.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
@@ -18,8 +19,9 @@ struct DataKind {
   std::span<const std::string_view> endings;
   // Paths are as written, with "#table" perhaps.
   Outcome<std::unique_ptr<ExaminedTable>> (*examine)(const std::string& path);
-  // Null: such data are only read.
-  Outcome<std::unique_ptr<CaseWriter>> (*create)(const std::string& path, const Dictionary& dictionary);
+  // Null: such data are only read. The password is empty for a file that is not to be protected.
+  Outcome<std::unique_ptr<CaseWriter>> (*create)(const std::string& path, const Dictionary& dictionary,
+                                                 const Secret& password);
   // Whether a dictionary is written down for the data, or said to be; nothing is read but that.
   bool (*bringsDictionary)(const std::string& path);
   // Whether its dictionary is written into a file beside it.

@@ -34,8 +34,9 @@ class DescribedCaseWriter final : public CaseWriter {
 }  // namespace
 
 Outcome<std::unique_ptr<CaseWriter>> describedBeside(const std::string& path, char delimiter,
-                                                     const Dictionary& dictionary, std::unique_ptr<CaseWriter> cases) {
-  auto written = DictionaryOutput::create(path, delimiter, dictionary);
+                                                     const Dictionary& dictionary, const Secret& password,
+                                                     std::unique_ptr<CaseWriter> cases) {
+  auto written = DictionaryOutput::create(path, delimiter, dictionary, password);
   if (!written) return written.problem();
   return std::unique_ptr<CaseWriter>(std::make_unique<DescribedCaseWriter>(std::move(cases), std::move(*written)));
 }

@@ -6,10 +6,12 @@
 
 #include "workbench/data/case_reader.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
 Outcome<std::unique_ptr<CaseWriter>> describedBeside(const std::string& path, char delimiter,
-                                                     const Dictionary& dictionary, std::unique_ptr<CaseWriter> cases);
+                                                     const Dictionary& dictionary, const Secret& password,
+                                                     std::unique_ptr<CaseWriter> cases);
 
 }  // namespace workbench::data

@@ -2,6 +2,7 @@
 
 #include "host/datasets.h"
 #include "workbench/data/data_file.h"
+#include "workbench/data/files/protected_name.h"
 #include "workbench/data/working/file_place.h"
 #include "workbench/data/working/handle.h"
 #include "workbench/data/working/refusal.h"
@@ -46,7 +47,7 @@ Outcome<CaseFileSpec> inputSpec(std::string_view name, bool isQuoted) {
   return spec;
 }
 
-Outcome<CaseFileSpec> outputSpec(std::string_view name, std::string_view password) {
+Outcome<CaseFileSpec> outputSpec(std::string_view name, const Secret& password) {
   CaseFileSpec spec;
   spec.isForOutput = true;
   if (name == workingFileName) {
@@ -66,7 +67,9 @@ Outcome<CaseFileSpec> outputSpec(std::string_view name, std::string_view passwor
   if (!canBeWritten) return canBeWritten.problem();
   const Outcome<Done> kind = checkCanBeWritten(spec.name);
   if (!kind) return kind.problem();
-  spec.password = std::string(password);
+  const Outcome<Done> isNamedRight = checkProtectedName(spec.name, !password.empty());
+  if (!isNamedRight) return isNamedRight.problem();
+  spec.password = password;
   return spec;
 }
 

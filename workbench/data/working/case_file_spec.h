@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
@@ -13,13 +14,13 @@ struct CaseFileSpec {
 
   Kind kind = Kind::file;
   std::string name;  // the handle, or the path as written, lexically cleaned
-  std::string password;
+  Secret password;
   bool isForOutput = false;
 };
 
 // For input a quoted text is a data file, a word an open dataset's handle, "*" the working file.
 Outcome<CaseFileSpec> inputSpec(std::string_view name, bool isQuoted);
 // For output the text decides: a well-formed handle is a dataset, anything else a data file.
-Outcome<CaseFileSpec> outputSpec(std::string_view name, std::string_view password);
+Outcome<CaseFileSpec> outputSpec(std::string_view name, const Secret& password);
 
 }  // namespace workbench::data

@@ -16,7 +16,7 @@ PasswordDecoder& theDecoder() {
 
 void setPasswordDecoder(PasswordDecoder decoder) { theDecoder() = std::move(decoder); }
 
-Outcome<std::string> decodedPassword(std::string_view encoded) {
+Outcome<Secret> decodedPassword(std::string_view encoded) {
   if (!theDecoder()) return problem("Encoded passwords cannot be read here; give the password as it is.");
   return theDecoder()(encoded);
 }

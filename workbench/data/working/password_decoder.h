@@ -5,16 +5,16 @@
 #pragma once
 
 #include <functional>
-#include <string>
 #include <string_view>
 
 #include "workbench/runtime/outcome.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::data {
 
-using PasswordDecoder = std::function<Outcome<std::string>(std::string_view encoded)>;
+using PasswordDecoder = std::function<Outcome<Secret>(std::string_view encoded)>;
 
 void setPasswordDecoder(PasswordDecoder decoder);
-Outcome<std::string> decodedPassword(std::string_view encoded);
+Outcome<Secret> decodedPassword(std::string_view encoded);
 
 }  // namespace workbench::data

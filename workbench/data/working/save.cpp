@@ -30,7 +30,7 @@ std::int64_t writeCases(const Dataset& dataset, CaseWriter& writer, std::optiona
 }  // namespace
 
 Outcome<std::int64_t> saveDataset(const std::shared_ptr<Dataset>& dataset, const std::string& path,
-                                  const std::string& password, OutputSet& outputs) {
+                                  const Secret& password, OutputSet& outputs) {
   const auto canBeWritten = checkOutputFile(path);
   if (!canBeWritten) return canBeWritten.problem();
   const auto output = outputs.addFile(path, dataset->fileInUse());

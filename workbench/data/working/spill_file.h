@@ -2,12 +2,15 @@
 //
 // The file lies in the folder that TMPDIR names, else in /tmp. It has no name (or loses it at once), so nothing of it
 // stays behind however the process ends. Its bytes are read into memory, not mapped: a disk that fails is then an error
-// to be told, not the end of the process.
+// to be told, not the end of the process. In a process that handles protected data what lies in it is encrypted.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+
+#include "workbench/data/working/spill_cipher.h"
 
 namespace workbench::data {
 
@@ -25,8 +28,15 @@ class SpillFile {
   void read(std::uint64_t place, void* bytes, std::size_t count) const;
 
  private:
+  void writeAsItIs(std::uint64_t place, const void* bytes, std::size_t count);
+  void readAsItIs(std::uint64_t place, void* bytes, std::size_t count) const;
+  void readPage(std::uint64_t page, char* plain) const;
+  [[noreturn]] void refuseReading(int error) const;
+
   std::string folder_;
   int descriptor_ = -1;
+  std::unique_ptr<SpillCipher> cipher_;  // null: nothing has to be encrypted
+  std::uint64_t end_ = 0;                // of what was written encrypted
 };
 
 }  // namespace workbench::data

@@ -8,6 +8,7 @@
 #include "workbench/data/working/journal_call.h"
 #include "workbench/data/working/journaled_source.h"
 #include "workbench/data/working/open_dataset.h"
+#include "workbench/data/working/password_reference.h"
 #include "workbench/data/working/refusal.h"
 
 using workbench::journal;
@@ -22,7 +23,7 @@ std::unique_ptr<JournaledSource> open(std::string_view path, std::string_view pa
   if (!forReading) {
     workbench::data::refuse("The data file ^1 can only be opened for reading; it is written by saving to it.", {path});
   }
-  auto dataset = workbench::data::openDataset(std::string(path), {std::string(password), {}});
+  auto dataset = workbench::data::openDataset(std::string(path), {workbench::data::givenPassword(password)});
   if (!dataset) throw ErrorText(dataset.problem().text());
   auto source = std::make_unique<DatasetSource>(*dataset, SourceKind::readOnlyView);
   return std::make_unique<JournaledSource>(std::move(source), "VRIX_DataSource");

@@ -7,11 +7,13 @@
 #include "workbench/data/working/case_file_spec.h"
 #include "workbench/data/working/journal_call.h"
 #include "workbench/data/working/password_decoder.h"
+#include "workbench/data/working/password_reference.h"
 #include "workbench/data/working/user_case_file_spec_state.h"
 #include "workbench/runtime/journal.h"
 
 using workbench::journal;
 using workbench::Outcome;
+using workbench::Secret;
 using workbench::data::CaseFileSpec;
 using workbench::data::inJournal;
 using workbench::data::journaledCall;
@@ -20,9 +22,9 @@ namespace {
 
 Outcome<CaseFileSpec> specOf(std::string_view name, bool isQuoted, bool forOutput, std::string_view password,
                              bool passwordIsEncrypted) {
-  std::string plainPassword(password);
+  Secret plainPassword = workbench::data::givenPassword(password);
   if (passwordIsEncrypted && !password.empty()) {
-    Outcome<std::string> decoded = workbench::data::decodedPassword(password);
+    const Outcome<Secret> decoded = workbench::data::decodedPassword(plainPassword.view());
     if (!decoded) return decoded.problem();
     plainPassword = *decoded;
   }

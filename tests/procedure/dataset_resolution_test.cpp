@@ -107,17 +107,18 @@ TEST_F(Resolution, HandsEachOutputItsPasswordAndBothTheEncryptionFlag) {
   std::vector<std::string> passwords;
   data::setPasswordDecoder([&](std::string_view encoded) {
     passwords.emplace_back(encoded);
-    return Outcome<std::string>(std::string("plain"));
+    return Outcome<Secret>(Secret(std::string("plain")));
   });
-  const std::string outputs = "MATCHDATASET=YES MATCHNAME=" + quoted("m.csv") +
-                              " MATCHPASS='first' MISMATCHDATASET=YES MISMATCHNAME=" + quoted("u.csv") +
+  const std::string outputs = "MATCHDATASET=YES MATCHNAME=" + quoted("m.csv.pgp") +
+                              " MATCHPASS='first' MISMATCHDATASET=YES MISMATCHNAME=" + quoted("u.csv.pgp") +
                               " MISMATCHPASS='second'";
   save(outputs + " ENCRYPTEDPW=YES");
   data::setPasswordDecoder({});
   EXPECT_EQ(passwords, (Lines{"first", "second"}));
-  EXPECT_EQ(run_.journalLines({".csv\", false, true, "}),
-            (Lines{"UserCaseFileSpec#2.Init(\"" + folder_.file("m.csv") + "\", false, true, '***', true) -> true",
-                   "UserCaseFileSpec#3.Init(\"" + folder_.file("u.csv") + "\", false, true, '***', true) -> true"}));
+  EXPECT_EQ(
+      run_.journalLines({".pgp\", false, true, "}),
+      (Lines{"UserCaseFileSpec#2.Init(\"" + folder_.file("m.csv.pgp") + "\", false, true, '***', true) -> true",
+             "UserCaseFileSpec#3.Init(\"" + folder_.file("u.csv.pgp") + "\", false, true, '***', true) -> true"}));
 
   save(outputs + " ENCRYPTEDPW=NO");
   EXPECT_EQ(run_.journalLines({"'***', false) -> true"}).size(), 2U);

@@ -159,11 +159,6 @@ void addEncodePassword(CLI::App& program, EncodePasswordCommand& encode) {
       ->type_name("TAG");
 }
 
-void addLaterCommand(CLI::App& program, const std::string& name) {
-  program.add_subcommand(name)->group("")->allow_extras()->callback(
-      [name] { throw CLI::ValidationError(name, "does not work in this version yet"); });
-}
-
 // "none" is no property to compare; names are checked here, so that the job is never refused for one without a word.
 Outcome<Done> settleProperties(std::vector<std::string>& properties) {
   static const std::vector<std::string> known = {"width", "label",   "valuelabels", "missing",   "columns",

@@ -6,8 +6,7 @@
 #include "tests/model/random_sample.h"
 #include "tests/results/results_schema.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::document_law_test {
 
 // Premises: none.
 TEST(Law, EveryRunLeavesAResultsDocumentThatKeepsItsFormat) {
@@ -19,5 +18,4 @@ TEST(Law, EveryRunLeavesAResultsDocumentThatKeepsItsFormat) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::document_law_test

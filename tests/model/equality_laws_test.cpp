@@ -10,8 +10,7 @@
 #include "tests/model/random_sample.h"
 #include "tests/model/run_facts.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::equality_laws_test {
 
 constexpr int usualPairs = 1000;
 
@@ -93,5 +92,4 @@ TEST(Law, ExchangingTheSidesMirrorsTheCounts) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::equality_laws_test

@@ -12,8 +12,7 @@
 #include "tests/model/random_sample.h"
 #include "tests/model/run_facts.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::indifference_laws_test {
 
 constexpr int usualPairs = 700;
 
@@ -237,5 +236,4 @@ TEST(Law, CasesPutBehindChangeNothingOfThoseBefore) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::indifference_laws_test

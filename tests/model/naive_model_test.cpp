@@ -10,8 +10,7 @@
 #include "tests/model/random_pairs.h"
 #include "tests/model/random_sample.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::naive_model_test {
 
 constexpr int usualPairs = 2500;
 
@@ -47,5 +46,4 @@ TEST(TheProcedure, AgreesWithAComparisonDoneByHand) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::naive_model_test

@@ -11,8 +11,7 @@
 #include "tests/model/random_sample.h"
 #include "tests/model/run_facts.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::planted_changes_test {
 
 constexpr int usualPairs = 1500;
 
@@ -192,5 +191,4 @@ TEST(Law, PlantedChangesAreFoundInDatasetsOfManyBlocks) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::planted_changes_test

@@ -11,8 +11,7 @@
 #include "tests/model/random_sample.h"
 #include "tests/model/run_facts.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::saved_cases_laws_test {
 
 constexpr int usualPairs = 700;
 
@@ -142,5 +141,4 @@ TEST(Law, SavedFilesCompareEqualToTheCasesTheyClaim) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::saved_cases_laws_test

@@ -11,8 +11,7 @@
 #include "workbench/data/working/sort.h"
 #include "workbench/runtime/current_run.h"
 
-namespace workbench::tests::model {
-namespace {
+namespace workbench::tests::model::sorted_cases_law_test {
 
 constexpr int usualPairs = 1000;
 
@@ -66,5 +65,4 @@ TEST(Law, CasesThatTheHostSortedAreNeverOutOfOrder) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests::model
+}  // namespace workbench::tests::model::sorted_cases_law_test

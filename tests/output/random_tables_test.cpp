@@ -4,6 +4,7 @@
 
 #include <ctime>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 

@@ -9,8 +9,7 @@
 #include "tests/procedure/table_keys.h"
 #include "workbench/runtime/current_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::case_order_test {
 
 const std::string notMatching =
     "2/3 The comparison cannot be performed because the case ID variables do not match in the two datasets.\n";
@@ -227,5 +226,4 @@ TEST(CaseOrder, IsNotCheckedWithoutCaseIds) {
   EXPECT_EQ(run.values("CasesCompare"), "0 0 1");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::case_order_test

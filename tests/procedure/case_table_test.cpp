@@ -7,8 +7,7 @@
 #include "tests/procedure/table_keys.h"
 #include "tests/procedure/table_text.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::case_table_test {
 
 const std::string byPosition = "/COMPDATASET=b /VARIABLES=ALL";
 const std::string byId = "/COMPDATASET=b /VARIABLES=ALL /CASEID=id";
@@ -202,5 +201,4 @@ TEST(CaseTable, ShowsMissingAndBlankValuesAsTheyAre) {
             "<t>|0 = \"(1) ^1\\n(2) ^2\"{t:\"\"|t:\"a\"}\n");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::case_table_test

@@ -7,8 +7,7 @@
 #include "tests/procedure/table_keys.h"
 #include "workbench/runtime/journal.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::case_walk_test {
 
 const std::string byPosition = "/COMPDATASET=b /VARIABLES=ALL";
 const std::string byId = "/COMPDATASET=b /VARIABLES=ALL /CASEID=id";
@@ -233,5 +232,4 @@ TEST(CaseWalk, GivesTheSameResultWhenCasesComeInLargeBlocks) {
   EXPECT_EQ(std::count(flags.begin(), flags.end(), '-'), 100000);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::case_walk_test

@@ -3,8 +3,7 @@
 
 #include "tests/procedure/procedure_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::command_grammar_test {
 
 using Lines = std::vector<std::string>;
 
@@ -196,5 +195,4 @@ TEST(CommandGrammar, RequiresNoSubcommandItself) {
   EXPECT_EQ(run.messages(), "2/2 Incomplete command. No dataset was specified.\n");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::command_grammar_test

@@ -5,8 +5,7 @@
 #include "tests/procedure/procedure_run.h"
 #include "tests/procedure/table_text.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::comparison_summary_test {
 
 using data::testing::TemporaryFolder;
 using Lines = std::vector<std::string>;
@@ -189,5 +188,4 @@ TEST(ComparisonSummary, ShowsNoNumberForADatasetWithoutCases) {
   EXPECT_EQ(cellsOf(neither.table(summary, 1)), "");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::comparison_summary_test

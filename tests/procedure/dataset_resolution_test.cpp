@@ -5,8 +5,7 @@
 #include "tests/procedure/procedure_run.h"
 #include "workbench/data/working/password_decoder.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::dataset_resolution_test {
 
 using data::testing::TemporaryFolder;
 using Lines = std::vector<std::string>;
@@ -267,5 +266,4 @@ TEST_F(Resolution, ReportsADataFileThatCannotBeOpenedInTheHostsWordsAsASevereErr
   EXPECT_EQ(run_.leftAlive(), "UserCaseFileSpec#1");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::dataset_resolution_test

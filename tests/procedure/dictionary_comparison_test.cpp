@@ -6,8 +6,7 @@
 #include "tests/procedure/procedure_run.h"
 #include "tests/procedure/table_keys.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::dictionary_comparison_test {
 
 namespace enumerations = VRIX_Variable_Enumerations;
 using Change = DatasetBuilder::Change;
@@ -171,5 +170,4 @@ TEST(DictionaryComparison, AsksForAttributesAlsoWhenTheyWereNotSelected) {
   EXPECT_EQ(run.journalLine("VRIX_Variable(x).GetRole()"), -1);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::dictionary_comparison_test

@@ -5,8 +5,7 @@
 #include "tests/procedure/table_keys.h"
 #include "tests/procedure/table_text.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::dictionary_table_test {
 
 namespace enumerations = VRIX_Variable_Enumerations;
 
@@ -217,5 +216,4 @@ TEST(DictionaryTable, StandsBeforeTheTablesOfCases) {
             "CD_CaseByCaseComparisonTableName(3) CD_CompSummaryTableName(2)");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::dictionary_table_test

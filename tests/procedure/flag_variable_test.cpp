@@ -3,8 +3,7 @@
 
 #include "tests/procedure/procedure_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::flag_variable_test {
 
 using Lines = std::vector<std::string>;
 
@@ -161,5 +160,4 @@ TEST(FlagVariable, DoesNotTouchTheComparisonDatasetsFilterWhichIsNeverApplied) {
   EXPECT_EQ(run.journalLine("VRIX_DataSource#1.SetUseFilter"), -1);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::flag_variable_test

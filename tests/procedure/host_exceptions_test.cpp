@@ -10,8 +10,7 @@
 #include "tests/procedure/faked_run.h"
 #include "tests/procedure/procedure_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::host_exceptions_test {
 
 using data::testing::TemporaryFolder;
 using Throw = std::function<void()>;
@@ -250,5 +249,4 @@ TEST(HostExceptions, NoCallThatFailsLeavesAnythingBehindButTheOptions) {
   }
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::host_exceptions_test

@@ -7,8 +7,7 @@
 #include "workbench/data/working/journaled_source.h"
 #include "workbench/runtime/journal.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::lifetimes_test {
 
 DatasetBuilder cases() { return dataset().numeric("id", {1, 2}).numeric("x", {1, 2}); }
 DatasetBuilder others() { return dataset().numeric("id", {1, 2}).numeric("x", {1, 3}); }
@@ -140,5 +139,4 @@ INSTANTIATE_TEST_SUITE_P(
                       Path{"FailedWalk", unsorted(), others(), command + everyOutput, "left by VrixGoToCaller"}),
     [](const auto& path) { return std::string(path.param.name); });
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::lifetimes_test

@@ -3,8 +3,7 @@
 
 #include "tests/procedure/procedure_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::messages_test {
 
 using Lines = std::vector<std::string>;
 
@@ -105,5 +104,4 @@ TEST(Messages, OnlyAFailedLookUpIsToldInADiagnosticLine) {
   EXPECT_EQ(completed.journalLine("BP_ToFront"), -1);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::messages_test

@@ -9,8 +9,7 @@
 #include "workbench/output/text_rendering.h"
 #include "workbench/text/wording.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::property_display_test {
 
 using Change = DatasetBuilder::Change;
 namespace enumerations = VRIX_Variable_Enumerations;
@@ -176,5 +175,4 @@ TEST(PropertyDisplay, ShowsLabelsAsTheyStand) {
   EXPECT_EQ(shownNumbers("LABEL", labelled("CD_Left"), labelled("^1 (2)")), "{\"CD_Left\"|\"^1 (2)\"}");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::property_display_test

@@ -7,8 +7,7 @@
 #include "tests/data/working/fakes.h"
 #include "tests/procedure/procedure_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::run_sequence_test {
 
 using data::testing::TemporaryFolder;
 using Lines = std::vector<std::string>;
@@ -244,5 +243,4 @@ TEST(RunSequence, ASecondRunOfTheSameCommandKnowsNothingOfTheFirst) {
   EXPECT_EQ(run.values("CasesCompare_1"), "0 0 1");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::run_sequence_test

@@ -8,8 +8,7 @@
 
 #include "tests/procedure/procedure_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::saved_outputs_test {
 
 const std::string byId = "/COMPDATASET=b /VARIABLES=ALL /CASEID=id";
 const std::string both = " /SAVE MATCHDATASET=YES MATCHNAME=agreed MISMATCHDATASET=YES MISMATCHNAME=differing";
@@ -304,5 +303,4 @@ TEST(SavedOutputs, AreWrittenAlsoWhenTheCaseTableIsNotWanted) {
   EXPECT_EQ(run.valuesOf("differing", "id"), "2 4 5");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::saved_outputs_test

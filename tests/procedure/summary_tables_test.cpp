@@ -5,8 +5,7 @@
 #include "tests/procedure/table_keys.h"
 #include "tests/procedure/table_text.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::summary_tables_test {
 
 const std::string byId = "/COMPDATASET=b /VARIABLES=ALL /CASEID=id";
 const std::string allEqual = "4/1 All values in the tw...\n";
@@ -181,5 +180,4 @@ TEST(SummaryTables, PlaceTheFootnoteBeforeTheRows) {
   EXPECT_EQ(run.journalLines({".Note("}).size(), 1U);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::summary_tables_test

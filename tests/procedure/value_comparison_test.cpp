@@ -7,8 +7,7 @@
 #include "tests/procedure/table_keys.h"
 #include "workbench/runtime/current_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::value_comparison_test {
 
 const std::string all = "/COMPDATASET=b /VARIABLES=ALL";
 
@@ -157,5 +156,4 @@ TEST(Values, AreCountedPerVariable) {
   EXPECT_EQ(run.values("CasesCompare"), "0 1 1");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::value_comparison_test

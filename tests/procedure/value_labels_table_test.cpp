@@ -5,8 +5,7 @@
 #include "tests/procedure/table_keys.h"
 #include "tests/procedure/table_text.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::value_labels_table_test {
 
 const std::string all = "/COMPDATASET=b /VARIABLES=ALL /OUTPUT VARPROPERTIES=VALUELABELS";
 
@@ -164,5 +163,4 @@ TEST(ValueLabelsTable, ShowsTheLabelsOfOneValueUnderEachVariableThatHasIt) {
   EXPECT_EQ(run.cell(keys::valueLabels, {"y", "1", "CD_Active"}), "b");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::value_labels_table_test

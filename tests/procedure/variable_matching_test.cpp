@@ -5,8 +5,7 @@
 #include "tests/procedure/table_keys.h"
 #include "tests/procedure/table_text.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::variable_matching_test {
 
 const std::string couldNot = "4/2 The following variables could...[%1:, ^1:]1";
 const std::string noneMatch = "0/3 The variables do not match in t...\n";
@@ -149,5 +148,4 @@ TEST(ClosingChecks, CountNoVariableWithoutPartnerAsDifferent) {
   EXPECT_EQ(run.table(keys::dictionary), nullptr);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::variable_matching_test

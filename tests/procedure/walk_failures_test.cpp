@@ -11,8 +11,7 @@
 #include "tests/procedure/faked_run.h"
 #include "tests/procedure/table_keys.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::walk_failures_test {
 
 const std::string byId = "/COMPDATASET=b /VARIABLES=ALL /CASEID=id";
 const std::string bothOutputs = " /SAVE MATCHDATASET=YES MATCHNAME=agreed MISMATCHDATASET=YES MISMATCHNAME=differing";
@@ -315,5 +314,4 @@ TEST(ARunWithoutComparisonData, FindsNoVariableAndFailsItsWalk) {
   EXPECT_EQ(run.values("CasesCompare"), ". . . . . . . . . .");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::walk_failures_test

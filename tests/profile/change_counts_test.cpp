@@ -4,8 +4,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-namespace profile {
-namespace {
+namespace profile::change_counts_test {
 
 std::string listed(const ChangeCounts& counts, std::size_t most, bool numbers) {
   std::string all;
@@ -63,5 +62,4 @@ TEST(ChangeCounts, OfAllVariablesShareOneBudget) {
   EXPECT_EQ(listed(second, 10, false), "x>yx1 ");
 }
 
-}  // namespace
-}  // namespace profile
+}  // namespace profile::change_counts_test

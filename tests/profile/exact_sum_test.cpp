@@ -8,8 +8,7 @@
 #include <cfloat>
 #include <vector>
 
-namespace profile {
-namespace {
+namespace profile::exact_sum_test {
 
 double meanOf(const std::vector<std::pair<double, double>>& pairs) {
   DifferenceSum sum;
@@ -51,5 +50,4 @@ RC_GTEST_PROP(DifferenceSum, AgreesWithAWiderSum, ()) {
   RC_ASSERT(std::fabs(mean - expected) <= std::fabs(expected) * 4 * DBL_EPSILON + 1e-12);
 }
 
-}  // namespace
-}  // namespace profile
+}  // namespace profile::exact_sum_test

@@ -16,8 +16,7 @@
 #include "tests/procedure/table_text.h"
 #include "tests/profile/profile_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::naive_profile_test {
 
 using model::Case;
 using model::numberOf;
@@ -284,5 +283,4 @@ TEST(Profile, AgreesWithOneDoneByHand) {
   });
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::naive_profile_test

@@ -3,8 +3,7 @@
 
 #include "tests/profile/profile_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::profile_command_test {
 
 DatasetBuilder active() { return dataset().numeric("id", {1, 2}).numeric("x", {1, 2}).text("t", 4, {"a", "b"}); }
 
@@ -97,5 +96,4 @@ TEST(ProfileCommand, GivesBackAllThatItWasGiven) {
   EXPECT_EQ(run.leftAlive(), "");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::profile_command_test

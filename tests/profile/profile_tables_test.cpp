@@ -5,8 +5,7 @@
 #include "tests/profile/profile_run.h"
 #include "workbench/output/text_rendering.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::profile_tables_test {
 
 using data::Variable;
 
@@ -186,5 +185,4 @@ TEST(Profile, UsesTheFilterOfTheActiveDataset) {
   EXPECT_EQ(run.cell(keys::pairedCases, {"PD_CasesDiffering", "PD_Count"}), "0");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::profile_tables_test

@@ -5,8 +5,7 @@
 
 #include <cmath>
 
-namespace profile {
-namespace {
+namespace profile::shown_number_test {
 
 TEST(ShownNumber, HasTheDecimalsOfItsVariableAndMoreWhereTheseRoundOffTooMuch) {
   EXPECT_EQ(decimalsFor(0, 2), 2);
@@ -25,5 +24,4 @@ TEST(ShownNumber, HasNoDecimalsBeyondThoseThatADoubleHas) {
   EXPECT_EQ(decimalsFor(1e-300, 2), 15);
 }
 
-}  // namespace
-}  // namespace profile
+}  // namespace profile::shown_number_test

@@ -5,8 +5,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::bad_input_test {
 
 // Compares a good file with the given one, asks for every kind of output, and expects none.
 struct BadFile {
@@ -162,5 +161,4 @@ TEST(OddInput, AFieldOfOneMebibyteIsComparedToItsLastByte) {
   EXPECT_EQ(folder.run({"compare", "a.csv", "b.csv", "--id", "id"}).status, 1);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::bad_input_test

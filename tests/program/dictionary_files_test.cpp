@@ -5,8 +5,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::dictionary_files_test {
 
 constexpr const char* answers = R"({"fields": [
   {"name": "id", "type": "integer"},
@@ -118,5 +117,4 @@ TEST(Demo, ShowsAllEightKindsOfTable) {
             "CD_CompSummaryTableName\n");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::dictionary_files_test

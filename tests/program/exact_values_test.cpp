@@ -3,8 +3,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::exact_values_test {
 
 const std::string summary = "CD_MatchedSummaryTableName";
 
@@ -96,5 +95,4 @@ TEST(CaseIds, DatasetsOutOfOrderAreRefusedWhenNothingMayBeSorted) {
   EXPECT_NE(result.err.find("not sorted"), std::string::npos) << result.err;
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::exact_values_test

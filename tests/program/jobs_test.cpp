@@ -5,8 +5,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::jobs_test {
 
 struct TwoEntries {
   TwoEntries() {
@@ -268,5 +267,4 @@ TEST(Demo, TheTwoEntriesThatAreShippedDifferIn42Cases) {
   EXPECT_EQ(cellOf(results, "CD_MatchedSummaryTableName", {"CD_CasesNotCompared", "CD_Count", "CD_Active"}), "3");
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::jobs_test

@@ -5,8 +5,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::output_formats_test {
 
 class OutputFormatsAtWork : public testing::Test {
  protected:
@@ -124,5 +123,4 @@ TEST_F(OutputFormatsAtWork, RefuseADateThatIsNone) {
   EXPECT_TRUE(has(refused.err, "SOURCE_DATE_EPOCH: This is no time in seconds since 1970.")) << refused.err;
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::output_formats_test

@@ -8,8 +8,7 @@
 #include "tests/program/program_run.h"
 #include "tests/program/watched_program.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::passwords_test {
 
 constexpr const char* active = "id,x\n1,10\n2,20\n3,30\n";
 constexpr const char* compared = "id,x\n1,10\n2,21\n3,30\n";
@@ -305,5 +304,4 @@ TEST(PasswordMemory, HoldsNoPasswordOfAJobAfterwards) {
             std::vector<std::string>{"s.csv.pgp"});
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::passwords_test

@@ -3,8 +3,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::profile_test {
 
 struct TwoEntries {
   TwoEntries() {
@@ -79,5 +78,4 @@ TEST(ProfileOption, RunsInAJobOfItsOwnOverADataFile) {
   EXPECT_TRUE(results["verdict"].is_null());
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::profile_test

@@ -4,8 +4,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::real_data_test {
 
 const std::string summary = "CD_MatchedSummaryTableName";
 const std::string byCases = "CD_MismatchedByCasesTableName";
@@ -61,5 +60,4 @@ TEST(RealData, SeattleWeatherWritesItsDatesInTwoWaysAndTheOutputSaysSo) {
   EXPECT_NE(messages.find("\"2012/01/01\" is no ISO date"), std::string::npos) << messages;
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::real_data_test

@@ -5,8 +5,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::report_test {
 
 struct TwoDeliveries {
   TwoDeliveries() {
@@ -97,5 +96,4 @@ TEST(HtmlReport, ShowsHostileNamesAndValuesAsText) {
   EXPECT_NE(report.find("(2) &amp;lt;"), std::string::npos);
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::report_test

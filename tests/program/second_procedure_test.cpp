@@ -3,8 +3,7 @@
 
 #include "tests/program/program_run.h"
 
-namespace workbench::tests {
-namespace {
+namespace workbench::tests::second_procedure_test {
 
 struct FourAnswers {
   FourAnswers() { folder.write("answers.csv", "id,age,town\n1,34,Ghent\n2,,Delft\n3,51,\n4,,Lund\n"); }
@@ -69,5 +68,4 @@ TEST(SecondProcedure, ReadsNoCaseAndOpensNoTableWhenItsCommandIsRefused) {
   EXPECT_TRUE(journal.ends_with("~BpProcedure#1\n")) << journal;
 }
 
-}  // namespace
-}  // namespace workbench::tests
+}  // namespace workbench::tests::second_procedure_test

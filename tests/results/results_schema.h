@@ -5,7 +5,7 @@
 // the format fails the test of the run that it broke it in.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>

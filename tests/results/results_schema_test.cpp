@@ -7,6 +7,7 @@
 
 #include <fstream>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <set>
 
 namespace workbench::tests {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <iosfwd>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include "workbench/output/document.h"
 #include "workbench/text/wording.h"

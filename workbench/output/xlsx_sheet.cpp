@@ -130,8 +130,8 @@ class SheetDrawing {
     }
     const XlsxCell content = headerContent(cell);
     if (area.bottom > area.top || area.right > area.left) {
-      workbook_.note(worksheet_merge_range(sheet_, area.top, area.left, area.bottom, area.right, "",
-                                           workbook_.format(look, content.numberFormat)));
+      workbook_.note(xlsx().worksheet_merge_range(sheet_, area.top, area.left, area.bottom, area.right, "",
+                                                  workbook_.format(look, content.numberFormat)));
     }
     write(area.top, area.left, content, look);
     if (area.right == area.left) {
@@ -159,7 +159,7 @@ class SheetDrawing {
   void fill(const Area& area, XlsxLook look) {
     for (lxw_row_t row = area.top; row <= area.bottom; ++row) {
       for (lxw_col_t column = area.left; column <= area.right; ++column) {
-        workbook_.note(worksheet_write_blank(sheet_, row, column, workbook_.format(look)));
+        workbook_.note(xlsx().worksheet_write_blank(sheet_, row, column, workbook_.format(look)));
       }
     }
   }
@@ -182,7 +182,7 @@ class SheetDrawing {
   lxw_col_t lastColumn() const { return columnAt(columns_ - 1); }
 
   void drawEmpty(lxw_row_t row, std::int32_t column) {
-    workbook_.note(worksheet_write_blank(sheet_, row, columnAt(column), workbook_.format(XlsxLook::body)));
+    workbook_.note(xlsx().worksheet_write_blank(sheet_, row, columnAt(column), workbook_.format(XlsxLook::body)));
   }
 
   void drawCell(lxw_row_t row, const PlacedCell& placed) {
@@ -226,11 +226,11 @@ class SheetDrawing {
   void write(lxw_row_t row, lxw_col_t column, const XlsxCell& content, XlsxLook look) {
     lxw_format* const format = workbook_.format(look, content.numberFormat);
     if (const double* number = std::get_if<double>(&content.held)) {
-      workbook_.note(worksheet_write_number(sheet_, row, column, *number, format));
+      workbook_.note(xlsx().worksheet_write_number(sheet_, row, column, *number, format));
     } else if (const std::string& text = std::get<std::string>(content.held); text.empty()) {
-      workbook_.note(worksheet_write_blank(sheet_, row, column, format));
+      workbook_.note(xlsx().worksheet_write_blank(sheet_, row, column, format));
     } else {
-      workbook_.note(worksheet_write_string(sheet_, row, column, text.c_str(), format));
+      workbook_.note(xlsx().worksheet_write_string(sheet_, row, column, text.c_str(), format));
     }
   }
 
@@ -248,7 +248,7 @@ class SheetDrawing {
 
   void setHeights() {
     for (const auto& [row, lines] : lines_) {
-      workbook_.note(worksheet_set_row(sheet_, row, std::min(highest, lines * lineHeight), nullptr));
+      workbook_.note(xlsx().worksheet_set_row(sheet_, row, std::min(highest, lines * lineHeight), nullptr));
     }
   }
 
@@ -263,23 +263,25 @@ class SheetDrawing {
     }
     for (std::size_t column = 0; column < widths_.size(); ++column) {
       const lxw_col_t at = static_cast<lxw_col_t>(column);
-      workbook_.note(worksheet_set_column(sheet_, at, at, widths_[column] + margin, nullptr));
+      workbook_.note(xlsx().worksheet_set_column(sheet_, at, at, widths_[column] + margin, nullptr));
     }
   }
 
   void setView() {
     const auto labels = widths_.begin() + layout_.headerColumns;
     const bool areLabelsFrozen = std::accumulate(widths_.begin(), labels, 0) <= widestFrozenLabels;
-    worksheet_freeze_panes(sheet_, bodyTop_, static_cast<lxw_col_t>(areLabelsFrozen ? layout_.headerColumns : 0));
+    xlsx().worksheet_freeze_panes(sheet_, bodyTop_,
+                                  static_cast<lxw_col_t>(areLabelsFrozen ? layout_.headerColumns : 0));
     if (isFiltered_) {
-      workbook_.note(
-          worksheet_autofilter(sheet_, bodyTop_ - 1, 0, bodyTop_ + static_cast<lxw_row_t>(rows_) - 1, lastColumn()));
+      workbook_.note(xlsx().worksheet_autofilter(sheet_, bodyTop_ - 1, 0, bodyTop_ + static_cast<lxw_row_t>(rows_) - 1,
+                                                 lastColumn()));
     }
-    worksheet_set_landscape(sheet_);
-    if (std::accumulate(widths_.begin(), widths_.end(), 0) <= widestOnePage) worksheet_fit_to_pages(sheet_, 1, 0);
-    workbook_.note(worksheet_repeat_rows(sheet_, 0, bodyTop_ - 1));
+    xlsx().worksheet_set_landscape(sheet_);
+    if (std::accumulate(widths_.begin(), widths_.end(), 0) <= widestOnePage)
+      xlsx().worksheet_fit_to_pages(sheet_, 1, 0);
+    workbook_.note(xlsx().worksheet_repeat_rows(sheet_, 0, bodyTop_ - 1));
     if (layout_.headerColumns > 0) {
-      workbook_.note(worksheet_repeat_columns(sheet_, 0, static_cast<lxw_col_t>(layout_.headerColumns - 1)));
+      workbook_.note(xlsx().worksheet_repeat_columns(sheet_, 0, static_cast<lxw_col_t>(layout_.headerColumns - 1)));
     }
   }
 

@@ -37,56 +37,56 @@ time_t creationTime(std::optional<std::int64_t> date) {
 }
 
 void makeHeader(lxw_format* format) {
-  format_set_bold(format);
-  format_set_text_wrap(format);
-  format_set_bg_color(format, headerColor);
-  format_set_border(format, LXW_BORDER_THIN);
-  format_set_border_color(format, ruleColor);
+  xlsx().format_set_bold(format);
+  xlsx().format_set_text_wrap(format);
+  xlsx().format_set_bg_color(format, headerColor);
+  xlsx().format_set_border(format, LXW_BORDER_THIN);
+  xlsx().format_set_border_color(format, ruleColor);
 }
 
 void apply(lxw_format* format, XlsxLook look) {
   switch (look) {
     case XlsxLook::title:
-      format_set_bold(format);
-      format_set_font_size(format, titleSize);
+      xlsx().format_set_bold(format);
+      xlsx().format_set_font_size(format, titleSize);
       break;
     case XlsxLook::heading:
-      format_set_bold(format);
+      xlsx().format_set_bold(format);
       break;
     case XlsxLook::columnHeader:
       makeHeader(format);
-      format_set_align(format, LXW_ALIGN_CENTER);
-      format_set_align(format, LXW_ALIGN_VERTICAL_BOTTOM);
+      xlsx().format_set_align(format, LXW_ALIGN_CENTER);
+      xlsx().format_set_align(format, LXW_ALIGN_VERTICAL_BOTTOM);
       break;
     case XlsxLook::headerSpace:
-      format_set_bg_color(format, headerColor);
-      format_set_left(format, LXW_BORDER_THIN);
-      format_set_left_color(format, ruleColor);
-      format_set_right(format, LXW_BORDER_THIN);
-      format_set_right_color(format, ruleColor);
+      xlsx().format_set_bg_color(format, headerColor);
+      xlsx().format_set_left(format, LXW_BORDER_THIN);
+      xlsx().format_set_left_color(format, ruleColor);
+      xlsx().format_set_right(format, LXW_BORDER_THIN);
+      xlsx().format_set_right_color(format, ruleColor);
       break;
     case XlsxLook::rowHeader:
       makeHeader(format);
-      format_set_align(format, LXW_ALIGN_LEFT);
-      format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
+      xlsx().format_set_align(format, LXW_ALIGN_LEFT);
+      xlsx().format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
       break;
     case XlsxLook::body:
-      format_set_text_wrap(format);
-      format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
-      format_set_border(format, LXW_BORDER_THIN);
-      format_set_border_color(format, ruleColor);
+      xlsx().format_set_text_wrap(format);
+      xlsx().format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
+      xlsx().format_set_border(format, LXW_BORDER_THIN);
+      xlsx().format_set_border_color(format, ruleColor);
       break;
     case XlsxLook::note:
-      format_set_font_color(format, noteColor);
+      xlsx().format_set_font_color(format, noteColor);
       break;
     case XlsxLook::link:
-      format_set_hyperlink(format);
-      format_set_font_color(format, LXW_COLOR_BLUE);
-      format_set_underline(format, LXW_UNDERLINE_SINGLE);
+      xlsx().format_set_hyperlink(format);
+      xlsx().format_set_font_color(format, LXW_COLOR_BLUE);
+      xlsx().format_set_underline(format, LXW_UNDERLINE_SINGLE);
       break;
     case XlsxLook::plain:
-      format_set_text_wrap(format);
-      format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
+      xlsx().format_set_text_wrap(format);
+      xlsx().format_set_align(format, LXW_ALIGN_VERTICAL_TOP);
       break;
   }
 }
@@ -95,33 +95,37 @@ void apply(lxw_format* format, XlsxLook look) {
 
 XlsxWorkbook::XlsxWorkbook(std::optional<std::int64_t> date, const text::Wording& wording)
     : wording_(wording), folder_(temporaryFolder()), descriptor_(memfd_create("workbook", MFD_CLOEXEC)) {
+  if (const Outcome<const XlsxLibrary*> library = xlsxLibrary(); !library) {
+    error_ = library.problem();
+    return;
+  }
   // The library would take another folder where it cannot use this one.
   if (descriptor_ < 0 || ::access(folder_.c_str(), W_OK | X_OK) != 0) {
-    error_ = std::strerror(errno);
+    error_ = problem(std::strerror(errno));
     return;
   }
   lxw_workbook_options options{};
   options.tmpdir = folder_.data();
-  workbook_ = workbook_new_opt(fmt::format("/proc/self/fd/{}", descriptor_).c_str(), &options);
+  workbook_ = xlsx().workbook_new_opt(fmt::format("/proc/self/fd/{}", descriptor_).c_str(), &options);
   if (workbook_ == nullptr) {
-    error_ = std::strerror(ENOMEM);
+    error_ = problem(std::strerror(ENOMEM));
     return;
   }
   lxw_doc_properties properties{};
   properties.created = creationTime(date);
-  note(workbook_set_properties(workbook_, &properties));
+  note(xlsx().workbook_set_properties(workbook_, &properties));
 }
 
 XlsxWorkbook::~XlsxWorkbook() {
-  if (workbook_ != nullptr) lxw_workbook_free(workbook_);
+  if (workbook_ != nullptr) xlsx().lxw_workbook_free(workbook_);
   if (descriptor_ >= 0) ::close(descriptor_);
 }
 
 lxw_worksheet* XlsxWorkbook::addSheet(const std::string& name) {
   if (workbook_ == nullptr) return nullptr;
-  note(workbook_validate_sheet_name(workbook_, name.c_str()));
+  note(xlsx().workbook_validate_sheet_name(workbook_, name.c_str()));
   if (error_) return nullptr;
-  lxw_worksheet* const sheet = workbook_add_worksheet(workbook_, name.c_str());
+  lxw_worksheet* const sheet = xlsx().workbook_add_worksheet(workbook_, name.c_str());
   if (sheet == nullptr) note(LXW_ERROR_MEMORY_MALLOC_FAILED);
   return sheet;
 }
@@ -130,24 +134,24 @@ lxw_format* XlsxWorkbook::format(XlsxLook look, const std::string& numberFormat)
   if (workbook_ == nullptr) return nullptr;
   lxw_format*& format = formats_[{look, numberFormat}];
   if (format != nullptr) return format;
-  format = workbook_add_format(workbook_);
+  format = xlsx().workbook_add_format(workbook_);
   if (format == nullptr) {
     note(LXW_ERROR_MEMORY_MALLOC_FAILED);
     return nullptr;
   }
   apply(format, look);
-  if (!numberFormat.empty()) format_set_num_format(format, numberFormat.c_str());
+  if (!numberFormat.empty()) xlsx().format_set_num_format(format, numberFormat.c_str());
   return format;
 }
 
 void XlsxWorkbook::note(lxw_error error) {
-  if (error != LXW_NO_ERROR && !error_) error_ = lxw_strerror(error);
+  if (error != LXW_NO_ERROR && !error_) error_ = problem(xlsx().lxw_strerror(error));
 }
 
 Outcome<Done> XlsxWorkbook::finish(std::ostream& out) {
   // Closing writes all of it, and frees the workbook also when it fails.
-  if (workbook_ != nullptr) note(workbook_close(std::exchange(workbook_, nullptr)));
-  if (error_) return problem(*error_);
+  if (workbook_ != nullptr) note(xlsx().workbook_close(std::exchange(workbook_, nullptr)));
+  if (error_) return *error_;
   if (!copyTo(out)) return problem(std::strerror(errno));
   return Done{};
 }

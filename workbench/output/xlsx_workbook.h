@@ -5,14 +5,13 @@
 // is written and on the date alone. The library's errors are collected; finish() tells the first.
 #pragma once
 
-#include <xlsxwriter.h>
-
 #include <cstdint>
 #include <iosfwd>
 #include <map>
 #include <optional>
 #include <string>
 
+#include "workbench/output/xlsx_library.h"
 #include "workbench/runtime/outcome.h"
 #include "workbench/text/wording.h"
 
@@ -49,7 +48,7 @@ class XlsxWorkbook {
   int descriptor_ = -1;  // of the finished workbook, in memory
   lxw_workbook* workbook_ = nullptr;
   std::map<std::pair<XlsxLook, std::string>, lxw_format*> formats_;
-  std::optional<std::string> error_;
+  std::optional<Problem> error_;
 };
 
 }  // namespace workbench::output

@@ -46,8 +46,8 @@ class WorkbookWriter {
     const std::string title = wording_.resolve(sentences::overview);
     overview_ = workbook_.addSheet(names_.nameFor(title));
     if (overview_ == nullptr) return;
-    workbook_.note(worksheet_set_column(overview_, 0, 0, overviewWidth, nullptr));
-    worksheet_fit_to_pages(overview_, 1, 0);
+    workbook_.note(xlsx().worksheet_set_column(overview_, 0, 0, overviewWidth, nullptr));
+    xlsx().worksheet_fit_to_pages(overview_, 1, 0);
     writeLine(title, XlsxLook::title);
     ++row_;
   }
@@ -91,7 +91,7 @@ class WorkbookWriter {
   void writeLine(const std::string& text, XlsxLook look) {
     if (overview_ == nullptr || isFull()) return;
     const std::string shown = xlsxText(text, limits_, remarks_);
-    workbook_.note(worksheet_write_string(overview_, row_++, 0, shown.c_str(), workbook_.format(look)));
+    workbook_.note(xlsx().worksheet_write_string(overview_, row_++, 0, shown.c_str(), workbook_.format(look)));
   }
 
   // Requires: the name has no apostrophe, which would end it within the link.
@@ -99,8 +99,8 @@ class WorkbookWriter {
     if (overview_ == nullptr || isFull()) return;
     const std::string target = fmt::format("internal:'{}'!A1", sheetName);
     const std::string shown = xlsxText(label, limits_, remarks_);
-    workbook_.note(worksheet_write_url_opt(overview_, row_++, 0, target.c_str(), workbook_.format(XlsxLook::link),
-                                           shown.c_str(), nullptr));
+    workbook_.note(xlsx().worksheet_write_url_opt(overview_, row_++, 0, target.c_str(),
+                                                  workbook_.format(XlsxLook::link), shown.c_str(), nullptr));
   }
 
   bool isFull() const { return row_ >= static_cast<lxw_row_t>(limits_.rows); }

@@ -1,18 +1,19 @@
 #include "workbench/data/files/duckdb_library.h"
 
-#include <dlfcn.h>
-#include <fmt/format.h>
-
 #include <filesystem>
 #include <string>
 #include <system_error>
 #include <vector>
 
+#include "workbench/runtime/loaded_library.h"
+
 namespace workbench::data {
 namespace {
 
 constexpr const char* libraryName = "libduckdb.so";
-constexpr const char* installRemedy = "Put libduckdb.so of DuckDB 1.4 into the folder lib beside the program's own.";
+constexpr LibraryDescription description{
+    "The DuckDB library", "which reads and writes data files",
+    "Put libduckdb.so of DuckDB 1.4 into the folder lib beside the program's own."};
 
 // In the order in which they are tried.
 std::vector<std::string> placesToLook() {
@@ -29,28 +30,13 @@ std::vector<std::string> placesToLook() {
 }
 
 Outcome<const DuckDbLibrary*> load() {
-  void* handle = nullptr;
-  std::string reason;
-  for (const std::string& place : placesToLook()) {
-    handle = ::dlopen(place.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (handle != nullptr) break;
-    std::error_code failure;
-    // A file that is there and cannot be loaded tells more than the last place that has none.
-    if (reason.empty() || std::filesystem::exists(place, failure)) reason = ::dlerror();
-  }
-  if (handle == nullptr) {
-    return Problem{fmt::format("The DuckDB library, which reads and writes data files, cannot be loaded ({}).", reason),
-                   "", installRemedy};
-  }
+  Outcome<LoadedLibrary> loaded = LoadedLibrary::load(placesToLook(), description);
+  if (!loaded) return loaded.problem();
   static DuckDbLibrary library;
-#define WORKBENCH_DUCKDB_LOAD(function)                                                                    \
-  library.function = reinterpret_cast<decltype(library.function)>(::dlsym(handle, #function));             \
-  if (library.function == nullptr) {                                                                       \
-    return Problem{fmt::format("The DuckDB library that was found lacks the function {}.", #function), "", \
-                   installRemedy};                                                                         \
-  }
-  WORKBENCH_DUCKDB_FUNCTIONS(WORKBENCH_DUCKDB_LOAD)
-#undef WORKBENCH_DUCKDB_LOAD
+#define WORKBENCH_DUCKDB_FIND(function) loaded->find(library.function, #function);
+  WORKBENCH_DUCKDB_FUNCTIONS(WORKBENCH_DUCKDB_FIND)
+#undef WORKBENCH_DUCKDB_FIND
+  if (const Outcome<Done> complete = loaded->complete(); !complete) return complete.problem();
   return &library;
 }
 

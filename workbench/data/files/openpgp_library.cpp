@@ -1,33 +1,25 @@
 #include "workbench/data/files/openpgp_library.h"
 
-#include <dlfcn.h>
-#include <fmt/format.h>
-
 #include <cstdio>
 #include <mutex>
+
+#include "workbench/runtime/loaded_library.h"
 
 namespace workbench::data {
 namespace {
 
 constexpr const char* libraryName = "librnp.so.0";
-constexpr const char* installRemedy = "Install librnp 0.16 (Debian's package librnp0).";
+constexpr LibraryDescription description{"The OpenPGP library", "which opens and makes protected files",
+                                         "Install librnp 0.16 (Debian's package librnp0)."};
 
 Outcome<const OpenPgpLibrary*> load() {
-  void* const handle = ::dlopen(libraryName, RTLD_NOW | RTLD_LOCAL);
-  if (handle == nullptr) {
-    return Problem{
-        fmt::format("The OpenPGP library, which opens and makes protected files, cannot be loaded ({}).", ::dlerror()),
-        "", installRemedy};
-  }
+  Outcome<LoadedLibrary> loaded = LoadedLibrary::load({libraryName}, description);
+  if (!loaded) return loaded.problem();
   static OpenPgpLibrary library;
-#define WORKBENCH_RNP_LOAD(function)                                                                        \
-  library.function = reinterpret_cast<decltype(library.function)>(::dlsym(handle, #function));              \
-  if (library.function == nullptr) {                                                                        \
-    return Problem{fmt::format("The OpenPGP library that was found lacks the function {}.", #function), "", \
-                   installRemedy};                                                                          \
-  }
-  WORKBENCH_RNP_FUNCTIONS(WORKBENCH_RNP_LOAD)
-#undef WORKBENCH_RNP_LOAD
+#define WORKBENCH_RNP_FIND(function) loaded->find(library.function, #function);
+  WORKBENCH_RNP_FUNCTIONS(WORKBENCH_RNP_FIND)
+#undef WORKBENCH_RNP_FIND
+  if (const Outcome<Done> complete = loaded->complete(); !complete) return complete.problem();
   return &library;
 }
 

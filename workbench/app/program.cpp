@@ -114,27 +114,22 @@ Outcome<Job> jobOf(const DescribeCommand& describe) {
   return Job{std::string_view(job), OnError::stop};
 }
 
-Outcome<Job> jobOf(const ConvertCommand& convert) {
-  const auto named = checkOutputNames(convert.passwordFiles, {convert.output});
+// Opens a file, does what is between, and saves the data to another.
+template <class Command>
+Outcome<Job> savingJob(const Command& command, const std::string& between) {
+  const auto named = checkOutputNames(command.passwordFiles, {command.output});
   if (!named) return named.problem();
-  const auto passwords = readPasswords(convert.passwordFiles, convert.results.quiet);
+  const auto passwords = readPasswords(command.passwordFiles, command.results.quiet);
   if (!passwords) return passwords.problem();
-  const std::string job = fmt::format("OPEN DATA FILE={}{}.\nSAVE DATA FILE={}{}.\n", quotedInJob(convert.input),
-                                      passwordInJob("PASSWORD", passwords->input), quotedInJob(convert.output),
+  const std::string job = fmt::format("OPEN DATA FILE={}{}.\n{}SAVE DATA FILE={}{}.\n", quotedInJob(command.input),
+                                      passwordInJob("PASSWORD", passwords->input), between, quotedInJob(command.output),
                                       passwordInJob("PASSWORD", passwords->output));
   return Job{std::string_view(job), OnError::stop};
 }
 
+Outcome<Job> jobOf(const ConvertCommand& convert) { return savingJob(convert, ""); }
 Outcome<Job> jobOf(const SortCommand& sort) {
-  const auto named = checkOutputNames(sort.passwordFiles, {sort.output});
-  if (!named) return named.problem();
-  const auto passwords = readPasswords(sort.passwordFiles, sort.results.quiet);
-  if (!passwords) return passwords.problem();
-  const std::string job =
-      fmt::format("OPEN DATA FILE={}{}.\nSORT CASES BY={}.\nSAVE DATA FILE={}{}.\n", quotedInJob(sort.input),
-                  passwordInJob("PASSWORD", passwords->input), namesOf(sort.by), quotedInJob(sort.output),
-                  passwordInJob("PASSWORD", passwords->output));
-  return Job{std::string_view(job), OnError::stop};
+  return savingJob(sort, fmt::format("SORT CASES BY={}.\n", namesOf(sort.by)));
 }
 
 // These two run nothing.

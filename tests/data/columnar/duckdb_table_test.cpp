@@ -33,6 +33,13 @@ TEST(DuckDbTables, NeedNoNameWhereThereIsOne) {
   EXPECT_EQ(shown(opened(databaseOf(folder, "a.duckdb", {"CREATE TABLE made.t AS SELECT 1 AS x"}))), "1");
 }
 
+TEST(DuckDbTables, AndTheirFilesMayHaveTheSignInTheirNames) {
+  const TestFolder folder;
+  const std::string path = databaseOf(folder, "a#b.duckdb", {"CREATE TABLE made.\"t#u\" AS SELECT 1 AS x"});
+  EXPECT_EQ(shown(opened(path)), "1");
+  EXPECT_EQ(shown(opened(path + "#t#u")), "1");
+}
+
 TEST(DuckDbTables, ThatAreNotThereAreAProblemThatNamesThoseThatAre) {
   const TestFolder folder;
   const std::string path = databaseOf(folder, "a.duckdb", {"CREATE TABLE made.t(x INT)", "CREATE TABLE made.u(x INT)"});

@@ -1,6 +1,7 @@
 // Parquet files, written and read.
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
+#include <unistd.h>
 
 #include "host/messages.h"
 #include "tests/data/columnar/stored_fixture.h"
@@ -72,6 +73,38 @@ TEST(Parquet, OfAFolderIsOneTableWithItsPartitions) {
   parquetOf(folder, "sales/year=2026/b.parquet", "SELECT 3 AS id");
   parquetOf(folder, "sales/year=2025/a.parquet", "SELECT * FROM (VALUES (1), (2)) AS t(id)");
   EXPECT_EQ(shown(opened(folder.path("sales"))), "1 2025 / 2 2025 / 3 2026");
+}
+
+TEST(Parquet, PartitionsAreWhatTheirNamesSayLikeCellsOfATextFile) {
+  const TestFolder folder;
+  for (const char* const zip : {"02134", "10001"}) {
+    std::filesystem::create_directories(folder.path(fmt::format("places/zip={}", zip)));
+    parquetOf(folder, fmt::format("places/zip={}/a.parquet", zip), "SELECT 1 AS id");
+  }
+  EXPECT_EQ(shown(opened(folder.path("places"))), "1 '02134' / 1 '10001'");
+}
+
+TEST(Parquet, SignsOfPatternsInNamesOfFilesStandForThemselves) {
+  const TestFolder folder;
+  std::filesystem::create_directories(folder.path("data"));
+  std::filesystem::create_directories(folder.path("written"));
+  parquetOf(folder, "written/a.parquet", "SELECT 1 AS id");
+  std::filesystem::rename(folder.path("written/a.parquet"), folder.path("data/a[1]*?.parquet"));
+  parquetOf(folder, "data/a1.parquet", "SELECT 2 AS id");
+  EXPECT_EQ(shown(opened(folder.path("data"))), "2 / 1");
+}
+
+TEST(Parquet, AFolderThatCannotBeReadWhollyIsAProblem) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may read every folder";
+  const TestFolder folder;
+  std::filesystem::create_directories(folder.path("data/closed"));
+  parquetOf(folder, "data/a.parquet", "SELECT 1 AS id");
+  std::filesystem::permissions(folder.path("data/closed"), std::filesystem::perms::none);
+  EXPECT_EQ(
+      problemOf(folder, folder.path("data")),
+      "data: The folder cannot be read wholly (Permission denied). Ask the owner of its folders for the permission "
+      "to read them.");
+  std::filesystem::permissions(folder.path("data/closed"), std::filesystem::perms::owner_all);
 }
 
 TEST(Parquet, ThatChangedSinceItWasOpenedIsNotRead) {

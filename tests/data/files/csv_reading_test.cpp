@@ -24,6 +24,11 @@ TEST(CsvReading, ReadsNumbersAndTexts) {
   EXPECT_TRUE(file->warnings().empty());
 }
 
+TEST(CsvReading, TakesNamesWithTheSignThatPartsTables) {
+  const TestFolder folder;
+  EXPECT_EQ(shown(opened(folder.write("a#b.csv", "x\n1\n"))), "1");
+}
+
 TEST(CsvReading, TakesEveryKindOfLineEnd) {
   const TestFolder folder;
   EXPECT_EQ(shown(opened(folder.write("lf.csv", "a,b\n1,x\n2,y\n"))), "1 'x' / 2 'y'");

@@ -7,7 +7,6 @@
 #include <mutex>
 #include <utility>
 
-#include "workbench/data/columnar/stored_column.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
 

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <optional>
@@ -10,8 +9,9 @@
 #include <vector>
 
 #include "workbench/data/columnar/attached_database.h"
-#include "workbench/data/columnar/stored_column.h"
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/data/files/input_file.h"
+#include "workbench/data/files/table_reference.h"
 
 namespace workbench::data {
 namespace {
@@ -25,10 +25,8 @@ struct NamedTable {
 };
 
 std::string stateOf(const std::string& path) {
-  struct stat status{};
-  if (::stat(path.c_str(), &status) != 0) return "-";
-  return fmt::format("{}:{}:{}:{}.{}", status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
-                     status.st_mtim.tv_nsec);
+  const std::optional<FileIdentity> is = identityAt(path);
+  return is ? is->text() : "-";
 }
 
 class DuckDbSource final : public StoredSource {
@@ -65,15 +63,14 @@ Outcome<std::vector<NamedTable>> tablesOf(const AttachedDatabase& database) {
       name));
   if (!query) return query.problem();
   std::vector<NamedTable> tables;
-  while (true) {
-    const Outcome<bool> isThere = (*query)->nextChunk();
-    if (!isThere) return isThere.problem();
-    if (!*isThere) return tables;
-    for (std::size_t row = 0; row < (*query)->rows(); ++row) {
-      tables.push_back({std::string((*query)->column(0)[row]), std::string((*query)->column(1)[row]),
-                        std::string((*query)->column(2)[row])});
+  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
+    for (std::size_t row = 0; row < chunk.rows(); ++row) {
+      tables.push_back(
+          {std::string(chunk.column(0)[row]), std::string(chunk.column(1)[row]), std::string(chunk.column(2)[row])});
     }
-  }
+  });
+  if (!read) return read.problem();
+  return tables;
 }
 
 Outcome<NamedTable> chosen(const std::vector<NamedTable>& tables, const std::string& wanted, const std::string& file) {
@@ -94,9 +91,7 @@ Outcome<NamedTable> chosen(const std::vector<NamedTable>& tables, const std::str
 }  // namespace
 
 Outcome<std::shared_ptr<const StoredSource>> openDuckDbTable(const std::string& path) {
-  const std::size_t sign = path.rfind('#');
-  const std::string file = path.substr(0, sign);
-  const std::string wanted = sign == std::string::npos ? "" : path.substr(sign + 1);
+  const auto [file, wanted] = tableReference(path);
   Outcome<std::shared_ptr<const AttachedDatabase>> database = AttachedDatabase::open(file);
   if (!database) return database.problem();
   const Outcome<std::vector<NamedTable>> tables = tablesOf(**database);

@@ -14,7 +14,7 @@ inline constexpr const char* resourceKey = "statistics:resource";  // in the fil
 
 Outcome<std::shared_ptr<const StoredSource>> openParquet(const std::string& path);
 
-// Whether the folder holds Parquet files, at any depth.
+// Whether the folder holds Parquet files, at any depth, or cannot be read to tell.
 bool isParquetFolder(const std::string& path);
 
 }  // namespace workbench::data

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "host/messages.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/columnar/parquet_source.h"
 #include "workbench/data/columnar/stored_values.h"
@@ -15,8 +14,8 @@
 #include "workbench/data/files/duckdb_copy.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/refused_value.h"
 #include "workbench/text/string_comparison.h"
-#include "workbench/text/utf8.h"
 
 namespace workbench::data {
 namespace {
@@ -82,8 +81,7 @@ class StoredCaseWriter final : public CaseWriter {
       copy_->setMissing(column);
       return;
     }
-    if (value.find('\0') != std::string_view::npos) refuse(column, "holds a NUL byte");
-    if (!text::isUtf8(value)) refuse(column, "is no UTF-8");
+    if (const char* const why = problemOfText(value)) refuse(column, why);
     copy_->setText(column, value);
   }
 
@@ -114,8 +112,7 @@ class StoredCaseWriter final : public CaseWriter {
   const Variable& variableOf(std::size_t column) const { return dictionary_.at(static_cast<std::int32_t>(column)); }
 
   [[noreturn]] void refuse(std::size_t column, std::string_view why) const {
-    throw ErrorText(fmt::format("{}: In case {} the value of \"{}\" {}, so it cannot be written; correct the value.",
-                                path_, casesWritten_ + 1, variableOf(column).name, why));
+    refuseValue(path_, casesWritten_ + 1, variableOf(column), why);
   }
 
   std::unique_ptr<DuckDbCopy> copy_;

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "workbench/data/files/duckdb_query.h"
+
 namespace workbench::data {
 namespace {
 
@@ -124,15 +126,6 @@ std::string warningOf(const StoredColumn& column) {
   }
   if (!column.isText() || isKnownText(column)) return {};
   return fmt::format("Column \"{}\" is of the type {}; its values are read as texts.", column.name, column.type);
-}
-
-std::string sqlName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char character : name) {
-    quoted += character;
-    if (character == '"') quoted += character;
-  }
-  return quoted + '"';
 }
 
 }  // namespace workbench::data

@@ -46,7 +46,4 @@ std::string fetchedText(const StoredColumn& column);
 // What a user should know of how the column is read; empty: nothing.
 std::string warningOf(const StoredColumn& column);
 
-// A name as SQL writes it, in quotes.
-std::string sqlName(std::string_view name);
-
 }  // namespace workbench::data

@@ -46,7 +46,7 @@ class StoredFile final : public DataFile {
   std::vector<std::string> warnings_;
 };
 
-// The kind of values that a field of that type has; empty where the column's own type is as good.
+// The kind of values that a field of that type has.
 CellKind kindOf(CellType type) {
   switch (type) {
     case CellType::text:

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "workbench/data/descriptors/described_table.h"
@@ -23,6 +24,11 @@ class StoredSource {
   virtual std::vector<std::string> files() const = 0;  // that it is stored in
   // The text of the resource that describes the table, where one is stored with it.
   virtual Outcome<std::optional<std::string>> resource() const = 0;
+  // Whether a column of texts has no type of its own: what its texts are is told by them, as in a text file.
+  virtual bool isTextOfAnyKind(std::string_view column) const {
+    static_cast<void>(column);
+    return false;
+  }
 };
 
 }  // namespace workbench::data

@@ -19,14 +19,15 @@ Outcome<std::vector<StoredColumn>> columnsOf(const StoredSource& source) {
       fmt::format("SELECT column_name, column_type FROM (DESCRIBE SELECT * FROM {})", source.relation()));
   if (!query) return query.problem();
   std::vector<StoredColumn> columns;
-  while (true) {
-    const Outcome<bool> isThere = (*query)->nextChunk();
-    if (!isThere) return isThere.problem();
-    if (!*isThere) return columns;
-    for (std::size_t row = 0; row < (*query)->rows(); ++row) {
-      columns.push_back(storedColumn(std::string((*query)->column(0)[row]), std::string((*query)->column(1)[row])));
+  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
+    for (std::size_t row = 0; row < chunk.rows(); ++row) {
+      columns.push_back(storedColumn(std::string(chunk.column(0)[row]), std::string(chunk.column(1)[row])));
+      StoredColumn& column = columns.back();
+      if (column.isText() && source.isTextOfAnyKind(column.name)) column.carrier = Carrier::cellText;
     }
-  }
+  });
+  if (!read) return read.problem();
+  return columns;
 }
 
 // Told by what the files or the database say of themselves.
@@ -50,16 +51,14 @@ Outcome<Done> gather(StoredTable& table) {
   Outcome<std::unique_ptr<DuckDbQuery>> query =
       DuckDbQuery::start(fmt::format("SELECT {} FROM {}", fmt::join(fetched, ", "), table.source->relation()));
   if (!query) return query.problem();
-  while (true) {
-    const Outcome<bool> isThere = (*query)->nextChunk();
-    if (!isThere) return isThere.problem();
-    if (!*isThere) break;
+  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
     for (std::size_t column = 0; column < evidence.size(); ++column) {
-      const auto [values, present] = (*query)->values(column);
-      evidence[column].add({values, present}, (*query)->rows());
+      const auto [values, present] = chunk.values(column);
+      evidence[column].add({values, present}, chunk.rows());
     }
-    table.cases += static_cast<std::int64_t>((*query)->rows());
-  }
+    table.cases += static_cast<std::int64_t>(chunk.rows());
+  });
+  if (!read) return read.problem();
   for (const StoredEvidence& of : evidence) {
     table.evidence.push_back(of.evidence());
     table.rises.push_back(of.rises());

@@ -21,6 +21,7 @@ void CellBatch::clear() {
   records_ = 0;
   ownText_.clear();
   lines_.clear();
+  isText_.clear();
   text_ = nullptr;
 }
 
@@ -39,6 +40,11 @@ void CellBatch::add(std::string_view text, bool isNull, std::uint64_t line) {
   if (isNull) cell.makeNull();
   ownText_.insert(ownText_.end(), text.begin(), text.end());
   lines_.push_back(line);
+}
+
+void CellBatch::markText(std::size_t column) {
+  if (isText_.size() <= column) isText_.resize(column + 1);
+  isText_[column] = true;
 }
 
 void CellBatch::finish(std::size_t columns) {

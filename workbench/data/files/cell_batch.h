@@ -66,6 +66,8 @@ class CellBatch {
   // Where a cell begins in the file, from 1. Takes as long as looking through the text before it.
   std::uint64_t lineOf(std::size_t record, std::size_t column) const;
   std::uint64_t bytes() const;  // of all cells
+  // Whether the column holds a text that looks like a number and is none: its source says so.
+  bool isText(std::size_t column) const { return column < isText_.size() && isText_[column]; }
 
   // --- For those who fill it ---
 
@@ -77,6 +79,7 @@ class CellBatch {
   // Copies a cell; to a batch that shares no text.
   void add(std::string_view text, bool isNull, std::uint64_t line);
   void endRecord() { ++records_; }
+  void markText(std::size_t column);
   // Takes back the cells of a record that did not come to its end, and makes the others ready to be read.
   void finish(std::size_t columns);
   std::size_t ownBytes() const { return ownText_.size(); }
@@ -88,6 +91,7 @@ class CellBatch {
   std::vector<CellPlace> places_;  // more perhaps than there are cells
   std::vector<char> ownText_;
   std::vector<std::uint64_t> lines_;  // of the cells, where the text is the batch's own
+  std::vector<bool> isText_;          // as far as there are such columns
   std::uint64_t firstLine_ = 1;       // of the text, where it is shared
 };
 

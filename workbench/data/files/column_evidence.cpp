@@ -73,6 +73,7 @@ std::int32_t ColumnEvidence::ShortNumbers::significantDigits() const {
 
 // Most columns are short numbers throughout, or texts that do not begin like one.
 void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
+  if (cells.isText(column)) declare(CellKind::text);
   if (numbersRise_ || textsRise_) followOrder(cells, column);
   const ColumnCells own = cells.column(column);
   const std::size_t records = cells.records();

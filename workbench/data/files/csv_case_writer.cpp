@@ -7,14 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "host/messages.h"
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/files/duckdb_copy.h"
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/data/files/refused_value.h"
 #include "workbench/text/string_comparison.h"
-#include "workbench/text/utf8.h"
 
 namespace workbench::data {
 namespace {
@@ -25,7 +24,7 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 std::optional<Problem> problemOfName(const std::string& path, const Dictionary& dictionary) {
   for (std::int32_t index = 0; index < dictionary.size(); ++index) {
     const std::string& name = dictionary.at(index).name;
-    if (name.empty() || name.find('\0') != std::string::npos || !text::isUtf8(name)) {
+    if (name.empty() || problemOfText(name) != nullptr) {
       return Problem{fmt::format("The name of variable {} cannot be written as text.", index + 1), path, ""};
     }
   }
@@ -38,15 +37,6 @@ std::vector<DuckDbColumn> columnsOf(const Dictionary& dictionary) {
   return columns;
 }
 
-std::string quotedName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char character : name) {
-    quoted += character;
-    if (character == '"') quoted += character;
-  }
-  return quoted + '"';
-}
-
 // Texts that hold a delimiter, a quote or a line break are quoted by DuckDB, and an empty one, but not a missing one.
 std::string csvOptions(const FileKind& kind, const Dictionary& dictionary) {
   std::string options =
@@ -54,7 +44,7 @@ std::string csvOptions(const FileKind& kind, const Dictionary& dictionary) {
                   sqlText(std::string_view(&kind.delimiter, 1)));
   // Unquoted at the very start of the file a mark would be taken for the file's own.
   const std::string& firstName = dictionary.at(0).name;
-  if (firstName.starts_with(byteOrderMark)) options += fmt::format(", FORCE_QUOTE ({})", quotedName(firstName));
+  if (firstName.starts_with(byteOrderMark)) options += fmt::format(", FORCE_QUOTE ({})", sqlName(firstName));
   return options;
 }
 
@@ -118,8 +108,7 @@ class CsvCaseWriter final : public CaseWriter {
       writeNothing(column);
       return;
     }
-    if (value.find('\0') != std::string_view::npos) refuse(variable, "holds a NUL byte");
-    if (!text::isUtf8(value)) refuse(variable, "is no UTF-8");
+    if (const char* const why = problemOfText(value)) refuse(variable, why);
     copy_->setText(column, value);
   }
 
@@ -132,8 +121,7 @@ class CsvCaseWriter final : public CaseWriter {
   }
 
   [[noreturn]] void refuse(const Variable& variable, std::string_view why) const {
-    throw ErrorText(fmt::format("{}: In case {} the value of \"{}\" {}, so it cannot be written; correct the value.",
-                                path_, casesWritten_ + 1, variable.name, why));
+    refuseValue(path_, casesWritten_ + 1, variable, why);
   }
 
   std::unique_ptr<DuckDbCopy> copy_;

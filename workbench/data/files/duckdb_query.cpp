@@ -3,6 +3,18 @@
 #include "workbench/data/files/duckdb_database.h"
 
 namespace workbench::data {
+namespace {
+
+std::string inQuotes(std::string_view text, char quote) {
+  std::string quoted(1, quote);
+  for (const char character : text) {
+    quoted += character;
+    if (character == quote) quoted += character;
+  }
+  return quoted + quote;
+}
+
+}  // namespace
 
 Outcome<std::unique_ptr<DuckDbQuery>> DuckDbQuery::start(const std::string& sql) {
   const Outcome<duckdb_database> database = duckDbDatabase();
@@ -69,14 +81,8 @@ Outcome<std::uint64_t> rowsWritten(const std::string& sql) {
   return written;
 }
 
-std::string sqlText(std::string_view text) {
-  std::string literal = "'";
-  for (const char character : text) {
-    literal += character;
-    if (character == '\'') literal += character;
-  }
-  literal += '\'';
-  return literal;
-}
+std::string sqlText(std::string_view text) { return inQuotes(text, '\''); }
+
+std::string sqlName(std::string_view name) { return inQuotes(name, '"'); }
 
 }  // namespace workbench::data

@@ -26,6 +26,16 @@ class DuckDbQuery {
   // Makes the next chunk the current one; false at the end. What the former chunk held is gone.
   Outcome<bool> nextChunk();
   std::size_t rows() const { return rows_; }
+  // Gives the query to a callable once per chunk that is left, each being the current one then.
+  template <class Visit>
+  Outcome<Done> eachChunk(Visit visit) {
+    while (true) {
+      const Outcome<bool> isThere = nextChunk();
+      if (!isThere) return isThere.problem();
+      if (!*isThere) return Done{};
+      visit(static_cast<const DuckDbQuery&>(*this));
+    }
+  }
 
   // One column of texts in the current chunk.
   struct Column {
@@ -62,7 +72,8 @@ class DuckDbQuery {
 // Runs a statement to its end: how many rows it wrote.
 Outcome<std::uint64_t> rowsWritten(const std::string& sql);
 
-// A text as a literal of SQL.
+// A text as a literal of SQL, and a name, in their quotes.
 std::string sqlText(std::string_view text);
+std::string sqlName(std::string_view name);
 
 }  // namespace workbench::data

@@ -7,6 +7,7 @@
 #include <array>
 #include <string>
 
+#include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
 
 namespace workbench::data {
@@ -20,10 +21,6 @@ constexpr auto fileKinds = std::to_array<FileKind>({
     {".csv.zst", ',', Packing::zstd},
     {".tsv.zst", '\t', Packing::zstd},
 });
-
-char lowerAscii(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
-}
 
 }  // namespace
 
@@ -40,18 +37,19 @@ std::string_view nameOf(Packing packing) {
 }
 
 Outcome<FileKind> fileKind(std::string_view path) {
-  std::string lower(plainName(path));
-  std::transform(lower.begin(), lower.end(), lower.begin(), lowerAscii);
   for (const FileKind& kind : fileKinds) {
-    if (lower.ends_with(kind.ending)) return kind;
+    if (hasEnding(plainName(path), kind.ending)) return kind;
   }
   return Problem{"The ending of the name is none of a data file.", std::string(path),
                  fmt::format("Use one of these: {}.", fmt::join(fileEndings(), ", "))};
 }
 
-std::vector<std::string_view> fileEndings() {
-  std::vector<std::string_view> endings;
-  for (const FileKind& kind : fileKinds) endings.push_back(kind.ending);
+std::span<const std::string_view> fileEndings() {
+  static constexpr auto endings = [] {
+    std::array<std::string_view, fileKinds.size()> all;
+    std::transform(fileKinds.begin(), fileKinds.end(), all.begin(), [](const FileKind& kind) { return kind.ending; });
+    return all;
+  }();
   return endings;
 }
 

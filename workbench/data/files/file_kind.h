@@ -1,8 +1,8 @@
 // FileKind: what the ending of a data file's name says about its content.
 #pragma once
 
+#include <span>
 #include <string_view>
-#include <vector>
 
 #include "workbench/runtime/outcome.h"
 
@@ -22,6 +22,6 @@ struct FileKind {
 // Of a protected file what is inside. Fails for an ending that is not known, naming those that are.
 Outcome<FileKind> fileKind(std::string_view path);
 // All endings that are known.
-std::vector<std::string_view> fileEndings();
+std::span<const std::string_view> fileEndings();
 
 }  // namespace workbench::data

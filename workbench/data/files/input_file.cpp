@@ -47,6 +47,8 @@ FileIdentity identityOf(const struct stat& status) {
           status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
 }
 
+std::string FileIdentity::text() const { return fmt::format("{}:{}:{}:{}", device, inode, size, modified); }
+
 Outcome<InputFile> InputFile::open(const std::string& path) {
   if (!isProtectedName(path)) return openAsItIs(path);
   const Outcome<struct stat> status = statusOf(path);
@@ -72,6 +74,11 @@ InputFile::~InputFile() {
 FileIdentity InputFile::identity() const {
   struct stat status{};
   return ::fstat(descriptor_, &status) == 0 ? identityOf(status) : FileIdentity();
+}
+
+std::optional<FileIdentity> identityAt(const std::string& path) {
+  struct stat status{};
+  return ::stat(path.c_str(), &status) == 0 ? std::optional(identityOf(status)) : std::nullopt;
 }
 
 std::string InputFile::descriptorPath() const { return fmt::format("/proc/self/fd/{}", descriptor_); }

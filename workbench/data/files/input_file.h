@@ -5,6 +5,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "workbench/runtime/outcome.h"
@@ -19,9 +20,13 @@ struct FileIdentity {
   std::int64_t modified = 0;  // nanoseconds since 1970
 
   auto operator<=>(const FileIdentity&) const = default;
+  std::string text() const;
 };
 
 FileIdentity identityOf(const struct stat& status);
+
+// Of the file that stands there now; nothing when none does.
+std::optional<FileIdentity> identityAt(const std::string& path);
 
 class InputFile {
  public:

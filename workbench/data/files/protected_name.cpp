@@ -1,8 +1,9 @@
 #include "workbench/data/files/protected_name.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
+
+#include "workbench/data/files/name_ending.h"
 
 namespace workbench::data {
 namespace {
@@ -10,26 +11,17 @@ namespace {
 constexpr auto endings = std::to_array<std::string_view>({".pgp", ".gpg", ".asc"});
 constexpr std::string_view armoredEnding = ".asc";
 
-bool endsIn(std::string_view path, std::string_view ending) {
-  const auto isSame = [](char left, char right) {
-    return (left >= 'A' && left <= 'Z' ? static_cast<char>(left + ('a' - 'A')) : left) == right;
-  };
-  return path.size() >= ending.size() &&
-         std::equal(ending.begin(), ending.end(), path.substr(path.size() - ending.size()).begin(),
-                    [&](char expected, char found) { return isSame(found, expected); });
-}
-
 }  // namespace
 
 std::string_view protectedEnding(std::string_view path) {
   for (const std::string_view ending : endings) {
-    if (endsIn(path, ending)) return path.substr(path.size() - ending.size());
+    if (hasEnding(path, ending)) return path.substr(path.size() - ending.size());
   }
   return {};
 }
 
 Outcome<Done> checkProtectedName(std::string_view path, bool hasPassword) {
-  if (endsIn(path, armoredEnding)) {
+  if (hasEnding(path, armoredEnding)) {
     return Problem{"Files that end in .asc are read, and not written.", std::string(path),
                    "Let the name end in .pgp instead."};
   }

@@ -8,28 +8,22 @@
 #include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/column_names.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/table_reference.h"
 
 namespace workbench::data {
 namespace {
 
 constexpr std::string_view packageName = "datapackage.json";
 
-// A package, and the name of its resource behind "#"; empty when none is named.
-struct ResourceReference {
-  std::string packagePath;
-  std::string resourceName;
-};
-
 bool isPackage(std::string_view path) {
   const std::size_t folderEnd = path.rfind('/');
   return path.substr(folderEnd == std::string_view::npos ? 0 : folderEnd + 1) == packageName;
 }
 
-std::optional<ResourceReference> resourceReference(const std::string& path) {
-  if (isPackage(path)) return ResourceReference{path, ""};
-  const std::size_t sign = path.find('#');
-  if (sign == std::string::npos || !isPackage(std::string_view(path).substr(0, sign))) return std::nullopt;
-  return ResourceReference{path.substr(0, sign), path.substr(sign + 1)};
+// A package, and perhaps the name of one of its resources.
+std::optional<TableReference> resourceReference(const std::string& path) {
+  TableReference reference = tableReference(path);
+  return isPackage(reference.file) ? std::optional(std::move(reference)) : std::nullopt;
 }
 
 // All files of a table are of one kind.
@@ -141,9 +135,9 @@ void nameColumns(TableSource& source) {
 }  // namespace
 
 Outcome<std::optional<DescribedTable>> descriptionOf(const std::string& path) {
-  const std::optional<ResourceReference> reference = resourceReference(path);
+  const std::optional<TableReference> reference = resourceReference(path);
   if (!reference) return descriptionBeside(path);
-  Outcome<DescribedTable> described = describedResource(reference->packagePath, reference->resourceName);
+  Outcome<DescribedTable> described = describedResource(reference->file, reference->table);
   if (!described) return described.problem();
   return std::optional(std::move(*described));
 }

@@ -14,7 +14,9 @@
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/table_reference.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/data/kinds/described_case_writer.h"
 
@@ -49,41 +51,38 @@ bool isStoredDescribed(const std::string& path) {
   return resource && *resource;
 }
 
-constexpr auto textEndings =
-    std::to_array<std::string_view>({".csv", ".tsv", ".csv.gz", ".tsv.gz", ".csv.zst", ".tsv.zst"});
 constexpr auto parquetEndings = std::to_array<std::string_view>({".parquet"});
 constexpr auto duckDbEndings = std::to_array<std::string_view>({".duckdb"});
 
-constexpr auto kinds = std::to_array<DataKind>({
-    {"text file", textEndings, &examineCsvFile, &createText, &isTextDescribed, true},
+const auto kinds = std::to_array<DataKind>({
+    {"text file", fileEndings(), &examineCsvFile, &createText, &isTextDescribed, true},
     {"Parquet file", parquetEndings, &examineOpened<&openParquet>, &createParquetFile, &isStoredDescribed<&openParquet>,
      false},
     {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, nullptr, &isStoredDescribed<&openDuckDbTable>,
      false},
 });
-constexpr const DataKind& textKind = kinds[0];
-constexpr const DataKind& parquetKind = kinds[1];
+const DataKind& textKind = kinds[0];
+const DataKind& parquetKind = kinds[1];
 
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
-  });
-  return lower;
+const DataKind* kindOfEnding(std::string_view name) {
+  const std::string_view plain = plainName(name);
+  for (const DataKind& kind : kinds) {
+    const bool isOfKind = std::any_of(kind.endings.begin(), kind.endings.end(),
+                                      [&](std::string_view ending) { return hasEnding(plain, ending); });
+    if (isOfKind) return &kind;
+  }
+  return hasEnding(plain, "datapackage.json") ? &textKind : nullptr;
 }
 
 }  // namespace
 
 Outcome<const DataKind*> dataKind(const std::string& path) {
-  const std::string file = path.substr(0, path.find('#'));
-  const std::string lower = lowerCase(plainName(file));
-  for (const DataKind& kind : kinds) {
-    const bool hasEnding = std::any_of(kind.endings.begin(), kind.endings.end(),
-                                       [&](std::string_view ending) { return lower.ends_with(ending); });
-    if (hasEnding) return &kind;
+  // A name that ends as data do may have "#" in it; otherwise that parts the file from one of its tables.
+  const TableReference reference = tableReference(path);
+  for (const std::string& name : {path, reference.file}) {
+    if (const DataKind* const kind = kindOfEnding(name)) return kind;
   }
-  if (lower.ends_with("datapackage.json")) return &textKind;
-  if (isParquetFolder(file)) return &parquetKind;
+  if (isParquetFolder(reference.file)) return &parquetKind;
   return Problem{"The ending of the name is none of a data file.", path,
                  fmt::format("Use one of these: {}.", fmt::join(dataEndings(false), ", "))};
 }

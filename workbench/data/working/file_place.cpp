@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "workbench/data/files/table_reference.h"
 #include "workbench/data/working/refusal.h"
 
 namespace workbench::data {
@@ -14,15 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 bool hasScheme(std::string_view path) { return path.find("://") != std::string_view::npos; }
-
-// The file that a path names: without what stands behind "#", unless a file has that in its own name.
-std::string fileOf(std::string_view path) {
-  std::string whole(path);
-  const std::size_t table = whole.rfind('#');
-  std::error_code ignored;
-  if (table == std::string::npos || fs::exists(whole, ignored)) return whole;
-  return whole.substr(0, table);
-}
 
 // The folder in which a file of that path stands.
 fs::path folderOf(const fs::path& path) { return path.has_parent_path() ? path.parent_path() : fs::path("."); }
@@ -40,7 +32,7 @@ FilePlace FilePlace::of(std::string_view path) {
     place.canonicalPath = path;
     return place;
   }
-  const std::string name = fileOf(path);
+  const std::string name = tableReference(path).file;
   struct stat found{};
   if (::stat(name.c_str(), &found) == 0) place.file = {found.st_dev, found.st_ino};
   std::error_code failed;
@@ -57,7 +49,7 @@ bool operator==(const FilePlace& left, const FilePlace& right) {
 Outcome<Done> checkInputFile(std::string_view path) {
   if (hasScheme(path)) return Done{};
   if (path.empty()) return problem("The name of the data file is empty.");
-  const std::string name = fileOf(path);
+  const std::string name = tableReference(path).file;
   struct stat found{};
   if (::stat(name.c_str(), &found) != 0) {
     return problem("The data file ^1 does not exist or cannot be reached.", {cleanedPath(path)});

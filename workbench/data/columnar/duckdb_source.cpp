@@ -9,20 +9,13 @@
 #include <vector>
 
 #include "workbench/data/columnar/attached_database.h"
+#include "workbench/data/columnar/duckdb_tables.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/table_reference.h"
 
 namespace workbench::data {
 namespace {
-
-struct NamedTable {
-  std::string schema;
-  std::string name;
-  std::string comment;
-
-  std::string shown() const { return schema == "main" ? name : schema + "." + name; }
-};
 
 std::string stateOf(const std::string& path) {
   const std::optional<FileIdentity> is = identityAt(path);
@@ -31,7 +24,7 @@ std::string stateOf(const std::string& path) {
 
 class DuckDbSource final : public StoredSource {
  public:
-  DuckDbSource(std::string path, std::string file, std::shared_ptr<const AttachedDatabase> database, NamedTable table)
+  DuckDbSource(std::string path, std::string file, std::shared_ptr<const AttachedDatabase> database, DuckDbTable table)
       : path_(std::move(path)), file_(std::move(file)), database_(std::move(database)), table_(std::move(table)) {}
 
   const std::string& path() const override { return path_; }
@@ -51,32 +44,14 @@ class DuckDbSource final : public StoredSource {
   std::string path_;
   std::string file_;
   std::shared_ptr<const AttachedDatabase> database_;
-  NamedTable table_;
+  DuckDbTable table_;
 };
 
-Outcome<std::vector<NamedTable>> tablesOf(const AttachedDatabase& database) {
-  const std::string name = sqlText(database.name());
-  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(fmt::format(
-      "SELECT schema_name, table_name AS name, coalesce(comment, '') FROM duckdb_tables() WHERE database_name = {0} "
-      "UNION ALL SELECT schema_name, view_name, coalesce(comment, '') FROM duckdb_views() WHERE database_name = {0} "
-      "AND NOT internal ORDER BY ALL",
-      name));
-  if (!query) return query.problem();
-  std::vector<NamedTable> tables;
-  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
-    for (std::size_t row = 0; row < chunk.rows(); ++row) {
-      tables.push_back(
-          {std::string(chunk.column(0)[row]), std::string(chunk.column(1)[row]), std::string(chunk.column(2)[row])});
-    }
-  });
-  if (!read) return read.problem();
-  return tables;
-}
-
-Outcome<NamedTable> chosen(const std::vector<NamedTable>& tables, const std::string& wanted, const std::string& file) {
+Outcome<DuckDbTable> chosen(const std::vector<DuckDbTable>& tables, const std::string& wanted,
+                            const std::string& file) {
   if (tables.empty()) return Problem{"The database holds no table.", file, "Name another file."};
   std::vector<std::string> names;
-  for (const NamedTable& table : tables) names.push_back(table.shown());
+  for (const DuckDbTable& table : tables) names.push_back(table.shown());
   if (wanted.empty()) {
     if (tables.size() == 1) return tables.front();
     return Problem{fmt::format("The database holds {} tables.", tables.size()), file,
@@ -94,13 +69,13 @@ Outcome<std::shared_ptr<const StoredSource>> openDuckDbTable(const std::string& 
   const auto [file, wanted] = tableReference(path);
   Outcome<std::shared_ptr<const AttachedDatabase>> database = AttachedDatabase::open(file);
   if (!database) return database.problem();
-  const Outcome<std::vector<NamedTable>> tables = tablesOf(**database);
+  const Outcome<std::vector<DuckDbTable>> tables = tablesOf((*database)->name());
   if (!tables) {
     Problem problem = tables.problem();
     problem.where = file;
     return problem;
   }
-  const Outcome<NamedTable> table = chosen(*tables, wanted, file);
+  const Outcome<DuckDbTable> table = chosen(*tables, wanted, file);
   if (!table) return table.problem();
   return std::shared_ptr<const StoredSource>(std::make_shared<DuckDbSource>(path, file, std::move(*database), *table));
 }

@@ -71,7 +71,7 @@ class CsvCaseWriter final : public CaseWriter {
         writeString(column, variable, {value->text, static_cast<std::size_t>(variable.width)});
       }
     }
-    copy_->endRow();
+    copy_->rows().endRow();
     ++casesWritten_;
   }
 
@@ -99,7 +99,7 @@ class CsvCaseWriter final : public CaseWriter {
         text = decimalText(value);
     }
     if (!text) refuse(variable, fmt::format("is {}, which its print format cannot show as a date or time", value));
-    copy_->setText(column, *text);
+    copy_->rows().setText(column, *text);
   }
 
   void writeString(std::size_t column, const Variable& variable, std::string_view value) {
@@ -109,14 +109,14 @@ class CsvCaseWriter final : public CaseWriter {
       return;
     }
     if (const char* const why = problemOfText(value)) refuse(variable, why);
-    copy_->setText(column, value);
+    copy_->rows().setText(column, value);
   }
 
   void writeNothing(std::size_t column) {
     if (layout_.slotOfVariable.size() == 1) {
-      copy_->setText(column, "");  // in quotes: a line without a character would be no case for some readers
+      copy_->rows().setText(column, "");  // in quotes: a line without a character would be no case for some readers
     } else {
-      copy_->setMissing(column);
+      copy_->rows().setMissing(column);
     }
   }
 

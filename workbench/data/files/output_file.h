@@ -8,8 +8,10 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "workbench/data/files/memory_file.h"
 #include "workbench/runtime/outcome.h"
@@ -27,6 +29,10 @@ class OutputFile {
   const std::string& path() const { return path_; }  // as written
   // A name under which the file can be opened for writing. Valid until complete().
   std::string descriptorPath() const;
+  // For libraries that make their files themselves: the name of the private file, which is gone until they do. Files
+  // that they keep beside it, whose names have these endings behind its own, go with it. What stands there when this
+  // is completed is the content. Requires: there is no password; nothing was written.
+  const std::string& handOver(std::span<const std::string_view> endingsBeside);
 
   // All of these throw ErrorText.
   void write(std::string_view bytes);
@@ -39,12 +45,14 @@ class OutputFile {
   OutputFile(std::string path, std::string target, std::string privatePath, int descriptor);
   void writeTo(int descriptor, std::string_view bytes);
   void encrypt();
+  void takeBack();
   [[noreturn]] void fail(int error) const;
 
   std::string path_;
   std::string target_;
   std::string privatePath_;  // empty when there is no private file any more
   int descriptor_;
+  std::vector<std::string> beside_;  // files of a library
   Secret password_;
   std::optional<MemoryFile> plain_;  // of a protected file, until it is complete
 };

@@ -8,8 +8,9 @@
 #include <utility>
 
 #include "workbench/data/columnar/duckdb_source.h"
+#include "workbench/data/columnar/duckdb_table_writer.h"
 #include "workbench/data/columnar/parquet_source.h"
-#include "workbench/data/columnar/stored_case_writer.h"
+#include "workbench/data/columnar/parquet_writer.h"
 #include "workbench/data/columnar/stored_file.h"
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
@@ -58,8 +59,8 @@ const auto kinds = std::to_array<DataKind>({
     {"text file", fileEndings(), &examineCsvFile, &createText, &isTextDescribed, true},
     {"Parquet file", parquetEndings, &examineOpened<&openParquet>, &createParquetFile, &isStoredDescribed<&openParquet>,
      false},
-    {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, nullptr, &isStoredDescribed<&openDuckDbTable>,
-     false},
+    {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, &createDuckDbTable,
+     &isStoredDescribed<&openDuckDbTable>, false},
 });
 const DataKind& textKind = kinds[0];
 const DataKind& parquetKind = kinds[1];

@@ -1,7 +1,6 @@
 #include "workbench/data/columnar/duckdb_source.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "workbench/data/columnar/duckdb_tables.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
+#include "workbench/data/files/table_choice.h"
 #include "workbench/data/files/table_reference.h"
 
 namespace workbench::data {
@@ -47,22 +47,6 @@ class DuckDbSource final : public StoredSource {
   DuckDbTable table_;
 };
 
-Outcome<DuckDbTable> chosen(const std::vector<DuckDbTable>& tables, const std::string& wanted,
-                            const std::string& file) {
-  if (tables.empty()) return Problem{"The database holds no table.", file, "Name another file."};
-  std::vector<std::string> names;
-  for (const DuckDbTable& table : tables) names.push_back(table.shown());
-  if (wanted.empty()) {
-    if (tables.size() == 1) return tables.front();
-    return Problem{fmt::format("The database holds {} tables.", tables.size()), file,
-                   fmt::format("Name one behind \"#\": {}.", fmt::join(names, ", "))};
-  }
-  const auto found = std::find(names.begin(), names.end(), wanted);
-  if (found != names.end()) return tables[static_cast<std::size_t>(found - names.begin())];
-  return Problem{fmt::format("The database holds no table \"{}\".", wanted), file,
-                 fmt::format("It has: {}.", fmt::join(names, ", "))};
-}
-
 }  // namespace
 
 Outcome<std::shared_ptr<const StoredSource>> openDuckDbTable(const std::string& path) {
@@ -75,8 +59,11 @@ Outcome<std::shared_ptr<const StoredSource>> openDuckDbTable(const std::string& 
     problem.where = file;
     return problem;
   }
-  const Outcome<DuckDbTable> table = chosen(*tables, wanted, file);
-  if (!table) return table.problem();
+  std::vector<std::string> names;
+  for (const DuckDbTable& table : *tables) names.push_back(table.shown());
+  const Outcome<std::string> name = chosenTable(names, wanted, file);
+  if (!name) return name.problem();
+  const auto table = tables->begin() + (std::find(names.begin(), names.end(), *name) - names.begin());
   return std::shared_ptr<const StoredSource>(std::make_shared<DuckDbSource>(path, file, std::move(*database), *table));
 }
 

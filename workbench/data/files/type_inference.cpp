@@ -141,6 +141,11 @@ std::optional<CellKind> almostKind(const ColumnEvidence& evidence) {
 // What made the column text, and where: in the table, a cell other than `wanted`.
 std::string textWarning(const std::string& column, const ScannedTable& table, const CellSighting& cell, CellKind wanted,
                         std::string_view consequence) {
+  // Its source says that it is text, and no cell of it looks like one.
+  if (cell.line == 0) {
+    return fmt::format("Column \"{}\" is read as text: {} holds texts in it, whatever they look like{}.", column,
+                       table.path, consequence);
+  }
   return fmt::format("Column \"{}\" is read as text: in {}, {} {}, \"{}{}\" {}{}.", column, table.path, table.place,
                      cell.line, cell.text, cell.isWhole ? "" : "...", whyOtherThan(wanted, cell), consequence);
 }
@@ -191,6 +196,7 @@ std::string whyText(const Column& column, const ScannedTable& file, const Scanne
   if (!wanted) return {};
   const CellSighting& ownCell = column.own.firstOtherThan(*wanted);
   if (ownCell.line != 0) return textWarning(column.name, file, ownCell, *wanted, "");
+  if (column.others == nullptr || column.others->firstOtherThan(*wanted).line == 0) return {};
   return textWarning(column.name, *partner, column.others->firstOtherThan(*wanted), *wanted, "");
 }
 

@@ -12,6 +12,9 @@
 #include "workbench/data/columnar/parquet_source.h"
 #include "workbench/data/columnar/parquet_writer.h"
 #include "workbench/data/columnar/stored_file.h"
+#include "workbench/data/databases/database_file.h"
+#include "workbench/data/databases/sqlite_source.h"
+#include "workbench/data/databases/sqlite_table_writer.h"
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
@@ -32,11 +35,18 @@ Outcome<std::unique_ptr<CaseWriter>> createText(const std::string& path, const D
   return describedBeside(path, kind.delimiter, dictionary, password, std::move(*cases));
 }
 
+Outcome<std::unique_ptr<ExaminedTable>> examinedSource(std::shared_ptr<const StoredSource> source) {
+  return examineStored(std::move(source));
+}
+Outcome<std::unique_ptr<ExaminedTable>> examinedSource(std::shared_ptr<const RowSource> source) {
+  return examineDatabase(std::move(source));
+}
+
 template <auto open>
 Outcome<std::unique_ptr<ExaminedTable>> examineOpened(const std::string& path) {
-  Outcome<std::shared_ptr<const StoredSource>> source = open(path);
+  auto source = open(path);
   if (!source) return source.problem();
-  return examineStored(std::move(*source));
+  return examinedSource(std::move(*source));
 }
 
 bool isTextDescribed(const std::string& path) {
@@ -46,7 +56,7 @@ bool isTextDescribed(const std::string& path) {
 
 template <auto open>
 bool isStoredDescribed(const std::string& path) {
-  const Outcome<std::shared_ptr<const StoredSource>> source = open(path);
+  const auto source = open(path);
   if (!source) return false;
   const Outcome<std::optional<std::string>> resource = (*source)->resource();
   return resource && *resource;
@@ -54,6 +64,7 @@ bool isStoredDescribed(const std::string& path) {
 
 constexpr auto parquetEndings = std::to_array<std::string_view>({".parquet"});
 constexpr auto duckDbEndings = std::to_array<std::string_view>({".duckdb"});
+constexpr auto sqliteEndings = std::to_array<std::string_view>({".sqlite", ".sqlite3", ".db"});
 
 const auto kinds = std::to_array<DataKind>({
     {"text file", fileEndings(), &examineCsvFile, &createText, &isTextDescribed, true},
@@ -61,6 +72,8 @@ const auto kinds = std::to_array<DataKind>({
      false},
     {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, &createDuckDbTable,
      &isStoredDescribed<&openDuckDbTable>, false},
+    {"SQLite database", sqliteEndings, &examineOpened<&openSqliteTable>, &createSqliteTable,
+     &isStoredDescribed<&openSqliteTable>, false},
 });
 const DataKind& textKind = kinds[0];
 const DataKind& parquetKind = kinds[1];

@@ -1,11 +1,10 @@
 // Parquet files, written and read.
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
 #include <unistd.h>
 
 #include "host/messages.h"
 #include "tests/data/columnar/stored_fixture.h"
-#include "tests/data/descriptors/random_dictionary.h"
+#include "tests/data/descriptors/kept_dictionary.h"
 
 namespace workbench::data {
 namespace {
@@ -42,29 +41,7 @@ TEST(Parquet, HoldsTheSameCasesAsTheTextFileItWasMadeFrom) {
   EXPECT_EQ(casesOf(*opened(folder.path("b.csv"))), casesOf(*opened(csv)));
 }
 
-TEST(Parquet, HoldsTheDictionaryWithIt) {
-  EXPECT_TRUE(rc::check([] {
-    const Dictionary dictionary = someDictionary();
-    const TestFolder folder;
-    auto writer = createDataFile(folder.path("a.parquet"), dictionary, "");
-    if (!writer) RC_FAIL(writer.problem().text());
-    (*writer)->complete();
-    (*writer)->commit();
-    const auto file = openDataFile(folder.path("a.parquet"), {});
-    if (!file) RC_FAIL(file.problem().text());
-    const Dictionary& read = (*file)->dictionary();
-    RC_ASSERT(read.size() == dictionary.size());
-    for (std::int32_t index = 0; index < dictionary.size(); ++index) {
-      const std::string differs = difference(dictionary.at(index), read.at(index));
-      if (!differs.empty()) RC_FAIL(differs + " of " + dictionary.at(index).name);
-    }
-    RC_ASSERT(read.filter == dictionary.filter);
-    RC_ASSERT(read.weight == dictionary.weight);
-    RC_ASSERT(read.split == dictionary.split);
-    RC_ASSERT(read.attributes == dictionary.attributes);
-    RC_ASSERT(folder.names() == std::vector<std::string>{"a.parquet"});
-  }));
-}
+TEST(Parquet, HoldsTheDictionaryWithIt) { checkThatDictionariesAreKept("a.parquet", {"a.parquet"}); }
 
 TEST(Parquet, OfAFolderIsOneTableWithItsPartitions) {
   const TestFolder folder;

@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/messages.h"
-#include "tests/data/descriptors/random_dictionary.h"
+#include "tests/data/descriptors/kept_dictionary.h"
 #include "tests/data/files/file_fixture.h"
 
 namespace workbench::data {
@@ -170,27 +170,7 @@ TEST(JsonLinesWriting, GivesTheSameCasesBackInEveryPackingAndIsJsonToOthers) {
 }
 
 TEST(JsonLinesWriting, WritesDownEveryDictionary) {
-  EXPECT_TRUE(rc::check([] {
-    const Dictionary dictionary = someDictionary();
-    const TestFolder folder;
-    auto writer = createDataFile(folder.path("a.jsonl"), dictionary, "");
-    if (!writer) RC_FAIL(writer.problem().text());
-    (*writer)->complete();
-    (*writer)->commit();
-    const auto file = openDataFile(folder.path("a.jsonl"), {});
-    if (!file) RC_FAIL(file.problem().text());
-    const Dictionary& read = (*file)->dictionary();
-    RC_ASSERT(read.size() == dictionary.size());
-    for (std::int32_t index = 0; index < dictionary.size(); ++index) {
-      const std::string differs = difference(dictionary.at(index), read.at(index));
-      if (!differs.empty()) RC_FAIL(differs + " of " + dictionary.at(index).name);
-    }
-    RC_ASSERT(read.filter == dictionary.filter);
-    RC_ASSERT(read.weight == dictionary.weight);
-    RC_ASSERT(read.split == dictionary.split);
-    RC_ASSERT(read.attributes == dictionary.attributes);
-    RC_ASSERT((*file)->caseCount() == 0);
-  }));
+  checkThatDictionariesAreKept("a.jsonl", {"a.jsonl", "a.schema.json"});
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/data/columnar/stored_fixture.h"
+#include "tests/data/descriptors/kept_dictionary.h"
 #include "tests/data/files/writing_fixture.h"
 
 namespace workbench::data {
@@ -79,7 +80,7 @@ TEST(WrittenDuckDbTables, HoldTheSameCasesAsTheTextFileTheyWereMadeFrom) {
   EXPECT_EQ(folder.names(), (std::vector<std::string>{"a.csv", "a.duckdb"}));
 }
 
-TEST(WrittenDuckDbTables, HoldTheirDictionaries) { checkDictionariesAreHeld("a.duckdb"); }
+TEST(WrittenDuckDbTables, HoldTheirDictionaries) { checkThatDictionariesAreKept("a.duckdb", {"a.duckdb"}); }
 
 TEST(WrittenDuckDbTables, AreCalledAsTheirFileWhereNobodyNamesThem) {
   const TestFolder folder;

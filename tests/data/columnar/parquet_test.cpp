@@ -4,6 +4,7 @@
 
 #include "host/messages.h"
 #include "tests/data/columnar/stored_fixture.h"
+#include "tests/data/descriptors/kept_dictionary.h"
 #include "tests/data/files/writing_fixture.h"
 
 namespace workbench::data {
@@ -19,7 +20,7 @@ TEST(Parquet, HoldsTheSameCasesAsTheTextFileItWasMadeFrom) {
   EXPECT_EQ(casesOf(*opened(folder.path("b.csv"))), casesOf(*opened(csv)));
 }
 
-TEST(Parquet, HoldsTheDictionaryWithIt) { checkDictionariesAreHeld("a.parquet"); }
+TEST(Parquet, HoldsTheDictionaryWithIt) { checkThatDictionariesAreKept("a.parquet", {"a.parquet"}); }
 
 TEST(Parquet, OfAFolderIsOneTableWithItsPartitions) {
   const TestFolder folder;

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "tests/data/databases/sqlite_fixture.h"
+#include "tests/data/descriptors/kept_dictionary.h"
 #include "tests/data/files/writing_fixture.h"
 
 namespace workbench::data {
@@ -24,7 +25,7 @@ TEST(WrittenSqliteTables, HoldTheSameCasesAsTheTextFileTheyWereMadeFrom) {
   EXPECT_EQ(folder.names(), (std::vector<std::string>{"a.csv", "a.db"}));
 }
 
-TEST(WrittenSqliteTables, HoldTheirDictionaries) { checkDictionariesAreHeld("a.db"); }
+TEST(WrittenSqliteTables, HoldTheirDictionaries) { checkThatDictionariesAreKept("a.db", {"a.db"}); }
 
 TEST(WrittenSqliteTables, HoldTheSameCasesWithoutTheirDictionaries) {
   const TestFolder folder;

@@ -2,12 +2,10 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
 
 #include <string>
 
 #include "host/messages.h"
-#include "tests/data/descriptors/random_dictionary.h"
 #include "tests/data/files/file_fixture.h"
 
 namespace workbench::data {
@@ -37,31 +35,6 @@ inline std::string mixedTextFile(const TestFolder& folder) {
                               row % 100 - 50, row * 0.25, row % 13, row % 28 + 1, row % 60, row % 28 + 1, row % 60);
   }
   return folder.write("a.csv", text);
-}
-
-// Random dictionaries come back whole from a file of that name, which is all that is written.
-inline void checkDictionariesAreHeld(const std::string& name) {
-  EXPECT_TRUE(rc::check([&] {
-    const Dictionary dictionary = someDictionary();
-    const TestFolder folder;
-    auto writer = createDataFile(folder.path(name), dictionary, "");
-    if (!writer) RC_FAIL(writer.problem().text());
-    (*writer)->complete();
-    (*writer)->commit();
-    const auto file = openDataFile(folder.path(name), {});
-    if (!file) RC_FAIL(file.problem().text());
-    const Dictionary& read = (*file)->dictionary();
-    RC_ASSERT(read.size() == dictionary.size());
-    for (std::int32_t index = 0; index < dictionary.size(); ++index) {
-      const std::string differs = difference(dictionary.at(index), read.at(index));
-      if (!differs.empty()) RC_FAIL(differs + " of " + dictionary.at(index).name);
-    }
-    RC_ASSERT(read.filter == dictionary.filter);
-    RC_ASSERT(read.weight == dictionary.weight);
-    RC_ASSERT(read.split == dictionary.split);
-    RC_ASSERT(read.attributes == dictionary.attributes);
-    RC_ASSERT(folder.names() == std::vector<std::string>{name});
-  }));
 }
 
 // What the call throws.

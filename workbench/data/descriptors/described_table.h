@@ -46,7 +46,8 @@ enum class FieldsMatch : std::uint8_t {
 struct DescribedTable {
   std::string descriptorPath;          // the descriptor's file, as shown to people
   std::vector<std::string> dataPaths;  // the files that hold the table, one below the other
-  std::optional<Packing> packing;      // where the descriptor says so; else as the names end
+  std::optional<FileKind> kind;        // where the descriptor says so; else as the names end
+  std::optional<Packing> packing;      // likewise, whatever its kind is
   std::optional<std::int64_t> bytes;   // size of the only file, where it is told
   TableDialect dialect;
   FieldsMatch fieldsMatch = FieldsMatch::exact;

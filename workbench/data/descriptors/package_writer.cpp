@@ -121,14 +121,18 @@ void describeFields(Json& resource, const Dictionary& dictionary) {
   }
 }
 
-void describeFile(Json& resource, char delimiter) {
+void describeFile(Json& resource, std::optional<char> delimiter) {
   eraseAll(resource, replacedInResources);
   if (resource.contains(property::encoding)) resource[property::encoding] = writtenEncoding;
   Json dialect = resource.value(std::string(property::dialect), Json::object());
   if (!dialect.is_object()) dialect = Json::object();
   eraseAll(dialect, replacedInDialects);
-  dialect[property::delimiter] = std::string(1, delimiter);
-  resource[property::dialect] = std::move(dialect);
+  if (delimiter) dialect[property::delimiter] = std::string(1, *delimiter);
+  if (dialect.empty()) {
+    resource.erase(property::dialect);
+  } else {
+    resource[property::dialect] = std::move(dialect);
+  }
 }
 
 void describeDataset(Json& resource, const Dictionary& dictionary) {
@@ -143,7 +147,7 @@ void describeDataset(Json& resource, const Dictionary& dictionary) {
 }  // namespace
 
 Outcome<std::string> packageTextWith(const std::string& packagePath, const std::string& dataFileName,
-                                     const Dictionary& dictionary, char delimiter) {
+                                     const Dictionary& dictionary, std::optional<char> delimiter) {
   // 1. The package as it is.
   if (std::optional<Problem> problem = whyNotWritten(dictionary)) return *std::move(problem);
   const Outcome<JsonDocument> document = readJsonFile(packagePath);

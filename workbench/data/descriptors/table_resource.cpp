@@ -165,6 +165,7 @@ DescribedTable describedTable(const Resource& resource) {
     withObject(*dialect, [&](const DescriptorObject& found) { table.dialect = tableDialect(found); });
   }
   if (const auto encoding = object.at(property::encoding)) readEncoding(*encoding, table);
+  table.kind = kindOfFormat(object);
   settleDelimiter(resource, table.dialect);
 
   bool hasDatasetPart = false;

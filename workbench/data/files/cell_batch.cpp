@@ -6,6 +6,7 @@
 namespace workbench::data {
 
 std::uint64_t CellBatch::lineOf(std::size_t record, std::size_t column) const {
+  if (!recordLines_.empty()) return recordLines_[record];
   if (!lines_.empty()) return lines_[record * columns_ + column];
   return firstLine_ + countLines({text_, places_[record * columns_ + column].begin()});
 }
@@ -21,6 +22,7 @@ void CellBatch::clear() {
   records_ = 0;
   ownText_.clear();
   lines_.clear();
+  recordLines_.clear();
   isText_.clear();
   text_ = nullptr;
 }
@@ -31,6 +33,37 @@ CellPlace* CellBatch::share(const char* text, std::uint64_t firstLine, std::size
   columns_ = columns;
   if (places_.size() < columns * records) places_.resize(columns * records);
   return places_.data();
+}
+
+void CellBatch::shareLines(const char* text, std::size_t columns) {
+  text_ = text;
+  columns_ = columns;
+}
+
+CellPlace* CellBatch::beginLine(std::uint64_t line) {
+  recordLines_.resize(records_);
+  recordLines_.push_back(line);
+  const std::size_t behind = (records_ + 1) * columns_;
+  if (places_.size() < behind) places_.resize(behind * 2);
+  CellPlace* const cells = places_.data() + records_ * columns_;
+  CellPlace none(0, 0);
+  none.makeNull();
+  std::fill(cells, cells + columns_, none);
+  return cells;
+}
+
+// From the last record to the first: none is written over before it was moved.
+CellPlace* CellBatch::widenLines() {
+  const std::size_t before = columns_++;
+  places_.resize(std::max(places_.size(), (records_ + 1) * columns_));
+  for (std::size_t record = records_ + 1; record-- != 0;) {
+    CellPlace* const from = places_.data() + record * before;
+    CellPlace* const to = places_.data() + record * columns_;
+    std::copy_backward(from, from + before, to + before);
+    to[before] = CellPlace(0, 0);
+    to[before].makeNull();
+  }
+  return places_.data() + records_ * columns_;
 }
 
 void CellBatch::add(std::string_view text, bool isNull, std::uint64_t line) {

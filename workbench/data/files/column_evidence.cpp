@@ -77,6 +77,7 @@ void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
   if (numbersRise_ || textsRise_) followOrder(cells, column);
   const ColumnCells own = cells.column(column);
   const std::size_t records = cells.records();
+  const bool mayHoldTexts = cells.isText(column);
   ShortNumbers shortNumbers;
   std::size_t longestText = 0;
   std::uint64_t empty = 0;
@@ -88,7 +89,10 @@ void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
       continue;
     }
     longestText = std::max(longestText, cell.size());
-    if (ShortDecimal number; mayBeginShort(cell.front()) && number.readPadded(cell)) {
+    if (mayHoldTexts && own.isText(record)) {
+      ++others;
+      noteText(cell, cells.lineOf(record, column));
+    } else if (ShortDecimal number; mayBeginShort(cell.front()) && number.readPadded(cell)) {
       shortNumbers.add(number);
     } else if (ScaledDecimal scaled; mayBeginScaled(cell.front()) && scaled.readPadded(cell)) {
       ++others;
@@ -110,7 +114,7 @@ void ColumnEvidence::add(const CellBatch& cells, std::size_t column) {
 void ColumnEvidence::noteFirstShort(const CellBatch& cells, std::size_t column) {
   const ColumnCells own = cells.column(column);
   std::size_t record = 0;
-  for (ShortDecimal number; own.isNull(record) || !number.readPadded(own.text(record));) ++record;
+  for (ShortDecimal number; own.isNull(record) || own.isText(record) || !number.readPadded(own.text(record));) ++record;
   const std::uint64_t line = cells.lineOf(record, column);
   CellSighting& first = first_[static_cast<std::size_t>(CellKind::number)];
   if (first.line == 0 || line < first.line) first = sightingOf(own.text(record), line);
@@ -142,6 +146,13 @@ template <class LineOf>
 void ColumnEvidence::note(CellKind kind, std::string_view cell, LineOf lineOf) {
   const auto index = static_cast<std::size_t>(kind);
   if (counts_[index]++ == 0 && kind != CellKind::empty) first_[index] = sightingOf(cell, lineOf());
+}
+
+// Of a cell that looks like something else.
+void ColumnEvidence::noteText(std::string_view cell, std::uint64_t line) {
+  note(CellKind::text, cell, [line] { return line; });
+  constexpr auto index = static_cast<std::size_t>(CellKind::text);
+  if (counts_[index] == 1) first_[index].isStored = true;
 }
 
 // Up to the first cell that is not greater; in most columns that is a matter of a few.

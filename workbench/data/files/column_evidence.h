@@ -101,6 +101,7 @@ class ColumnEvidence {
   void noteFirstShort(const CellBatch& cells, std::size_t column);
   template <class LineOf>
   void note(CellKind kind, std::string_view cell, LineOf lineOf);
+  void noteText(std::string_view cell, std::uint64_t line);
   void followOrder(const CellBatch& cells, std::size_t column);
 
   std::array<std::uint64_t, cellKinds> counts_{};

@@ -2,34 +2,18 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-#include <optional>
 #include <utility>
 #include <vector>
 
-#include "workbench/data/cells/calendar_text.h"
-#include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/files/duckdb_copy.h"
 #include "workbench/data/files/duckdb_query.h"
-#include "workbench/data/files/refused_value.h"
-#include "workbench/text/string_comparison.h"
+#include "workbench/data/files/written_value.h"
 
 namespace workbench::data {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-// An empty name would not be kept as it is.
-std::optional<Problem> problemOfName(const std::string& path, const Dictionary& dictionary) {
-  for (std::int32_t index = 0; index < dictionary.size(); ++index) {
-    const std::string& name = dictionary.at(index).name;
-    if (name.empty() || problemOfText(name) != nullptr) {
-      return Problem{fmt::format("The name of variable {} cannot be written as text.", index + 1), path, ""};
-    }
-  }
-  return std::nullopt;
-}
 
 std::vector<DuckDbColumn> columnsOf(const Dictionary& dictionary) {
   std::vector<DuckDbColumn> columns;
@@ -68,7 +52,7 @@ class CsvCaseWriter final : public CaseWriter {
       if (variable.isNumeric()) {
         writeNumber(column, variable, value->number);
       } else {
-        writeString(column, variable, {value->text, static_cast<std::size_t>(variable.width)});
+        writeString(column, variable, value);
       }
     }
     copy_->rows().endRow();
@@ -78,38 +62,18 @@ class CsvCaseWriter final : public CaseWriter {
   void writeNumber(std::size_t column, const Variable& variable, double value) {
     if (value == systemMissing) {
       writeNothing(column);
-      return;
+    } else {
+      copy_->rows().setText(column, numberText(variable, value, path_, casesWritten_ + 1));
     }
-    if (!std::isfinite(value)) refuse(variable, "is no finite number");
-    std::optional<std::string> text;
-    switch (variable.format.type) {
-      case FormatType::date:
-        text = dateText(value);
-        break;
-      case FormatType::time:
-        text = timeText(value);
-        break;
-      case FormatType::dateTime:
-        text = dateTimeText(value);
-        break;
-      case FormatType::duration:
-        text = durationText(value);
-        break;
-      default:
-        text = decimalText(value);
-    }
-    if (!text) refuse(variable, fmt::format("is {}, which its print format cannot show as a date or time", value));
-    copy_->rows().setText(column, *text);
   }
 
-  void writeString(std::size_t column, const Variable& variable, std::string_view value) {
-    value = text::withoutTrailingBlanks(value);
-    if (value.empty()) {
+  void writeString(std::size_t column, const Variable& variable, const OBS* value) {
+    const std::string_view text = characterText(variable, value, path_, casesWritten_ + 1);
+    if (text.empty()) {
       writeNothing(column);
-      return;
+    } else {
+      copy_->rows().setText(column, text);
     }
-    if (const char* const why = problemOfText(value)) refuse(variable, why);
-    copy_->rows().setText(column, value);
   }
 
   void writeNothing(std::size_t column) {
@@ -118,10 +82,6 @@ class CsvCaseWriter final : public CaseWriter {
     } else {
       copy_->rows().setMissing(column);
     }
-  }
-
-  [[noreturn]] void refuse(const Variable& variable, std::string_view why) const {
-    refuseValue(path_, casesWritten_ + 1, variable, why);
   }
 
   std::unique_ptr<DuckDbCopy> copy_;
@@ -135,10 +95,7 @@ class CsvCaseWriter final : public CaseWriter {
 
 Outcome<std::unique_ptr<CaseWriter>> createCsvFile(const std::string& path, const FileKind& kind,
                                                    const Dictionary& dictionary, const Secret& password) {
-  if (dictionary.size() == 0)
-    return Problem{"A dataset without variables cannot be written as text.", path,
-                   "Save one that has a variable, or none."};
-  if (auto problem = problemOfName(path, dictionary)) return *std::move(problem);
+  if (auto problem = whyNotWrittenAsText(path, dictionary)) return *std::move(problem);
   Outcome<std::unique_ptr<DuckDbCopy>> copy =
       DuckDbCopy::start(path, kind.packing, columnsOf(dictionary), csvOptions(kind, dictionary), password);
   if (!copy) return copy.problem();

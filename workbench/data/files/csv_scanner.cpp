@@ -22,8 +22,8 @@ bool isPlain(const TableDialect& dialect) {
   const bool hasPlainQuotes = (!dialect.quote || dialect.doubleQuote) && !dialect.escape;
   const bool hasComments = !dialect.commentRows.empty() || !dialect.commentText.empty();
   const bool hasPlainHeader = dialect.headerRows.empty() || dialect.headerRows == std::vector<std::uint64_t>{1};
-  return dialect.delimiter->size() == 1 && hasPlainQuotes && !hasComments && hasPlainHeader &&
-         !dialect.skipInitialSpace;
+  return dialect.form == TextForm::delimited && dialect.delimiter->size() == 1 && hasPlainQuotes && !hasComments &&
+         hasPlainHeader && !dialect.skipInitialSpace;
 }
 
 CsvScanner::CsvScanner(ByteSource& source, const TableDialect& dialect, std::string path)

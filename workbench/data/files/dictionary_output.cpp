@@ -32,7 +32,8 @@ std::unique_ptr<OutputFile> completeFile(const std::string& path, const std::str
 
 }  // namespace
 
-Outcome<std::unique_ptr<DictionaryOutput>> DictionaryOutput::create(const std::string& dataPath, char delimiter,
+Outcome<std::unique_ptr<DictionaryOutput>> DictionaryOutput::create(const std::string& dataPath,
+                                                                    std::optional<char> delimiter,
                                                                     const Dictionary& dictionary,
                                                                     const Secret& password) {
   Outcome<DictionaryPlace> place = dictionaryPlaceOf(dataPath);
@@ -47,7 +48,7 @@ Outcome<std::unique_ptr<DictionaryOutput>> DictionaryOutput::create(const std::s
   return output;
 }
 
-DictionaryOutput::DictionaryOutput(std::string dataPath, char delimiter, const Dictionary& dictionary,
+DictionaryOutput::DictionaryOutput(std::string dataPath, std::optional<char> delimiter, const Dictionary& dictionary,
                                    DictionaryPlace place, Secret password)
     : dataPath_(std::move(dataPath)),
       delimiter_(delimiter),

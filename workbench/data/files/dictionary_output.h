@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,9 +20,9 @@ namespace workbench::data {
 
 class DictionaryOutput {
  public:
-  // With a password the schema is a protected file, as the data are. A problem when the dictionary cannot be written
-  // down.
-  static Outcome<std::unique_ptr<DictionaryOutput>> create(const std::string& dataPath, char delimiter,
+  // Without a delimiter the data are JSON lines. With a password the schema is a protected file, as the data are. A
+  // problem when the dictionary cannot be written down.
+  static Outcome<std::unique_ptr<DictionaryOutput>> create(const std::string& dataPath, std::optional<char> delimiter,
                                                            const Dictionary& dictionary, const Secret& password = {});
 
   // What of the dictionary cannot be written, sentences.
@@ -32,12 +33,12 @@ class DictionaryOutput {
   void commit();  // requires: complete() was called
 
  private:
-  DictionaryOutput(std::string dataPath, char delimiter, const Dictionary& dictionary, DictionaryPlace place,
-                   Secret password);
+  DictionaryOutput(std::string dataPath, std::optional<char> delimiter, const Dictionary& dictionary,
+                   DictionaryPlace place, Secret password);
   Outcome<std::string> text() const;
 
   std::string dataPath_;
-  char delimiter_;
+  std::optional<char> delimiter_;
   WritableDictionary written_;
   DictionaryPlace place_;
   Secret password_;

@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
+#include <unordered_set>
 #include <utility>
 
 #include "workbench/data/files/byte_source.h"
@@ -26,12 +28,16 @@ class Scan {
 
   Outcome<std::shared_ptr<FileEvidence>> run(const DeclareColumns& declare) {
     if (const std::optional<Problem> problem = readNames()) return *problem;
-    if (const std::optional<Problem> problem = startColumns(declare)) return *problem;
+    if (const std::optional<Problem> problem = addColumns(declare)) return *problem;
     Step step = hasHeader_ ? scanner_.nextRecords(records_) : Step::taken;
     for (; step == Step::taken; step = scanner_.nextRecords(records_)) {
+      if (const std::optional<Problem> problem = takeNewKeys(declare)) return *problem;
       if (const std::optional<Problem> problem = takeRecords()) return *problem;
     }
     if (step == Step::problem) return scanner_.problem();
+    if (evidence_->header.empty()) {
+      return Problem{"No line of the file has a key, and these have to name the columns.", path_, "Name another file."};
+    }
     finish();
     return std::move(evidence_);
   }
@@ -53,7 +59,9 @@ class Scan {
     return std::nullopt;
   }
 
-  std::optional<Problem> startColumns(const DeclareColumns& declare) {
+  // Those of which nothing is known so far. They have no values in the records that came before.
+  std::optional<Problem> addColumns(const DeclareColumns& declare) {
+    const std::size_t before = evidence_->columns.size();
     const std::size_t columns = evidence_->header.size();
     evidence_->columns.resize(columns);
     evidence_->declared.resize(columns);
@@ -63,11 +71,20 @@ class Scan {
       evidence_->declared = std::move(*declared);
     }
     declared_.resize(columns);
-    for (std::size_t column = 0; column < columns; ++column) {
+    ColumnEvidence::Summary missing;
+    missing.count = evidence_->cases;
+    for (std::size_t column = before; column < columns; ++column) {
+      evidence_->columns[column].add(CellKind::empty, missing);
       if (!evidence_->declared[column]) continue;
       declared_[column] = std::make_unique<DeclaredCells>(*evidence_->declared[column]);
     }
     return std::nullopt;
+  }
+
+  std::optional<Problem> takeNewKeys(const DeclareColumns& declare) {
+    if (records_.columns() == evidence_->header.size()) return std::nullopt;
+    evidence_->header = scanner_.keys();
+    return addColumns(declare);
   }
 
   // The problem of the first cell that does not read as its column's type.
@@ -103,6 +120,8 @@ class Scan {
     evidence_->longestRecord = scanner_.longestRecord();
     evidence_->skippedLines = scanner_.skippedLines();
     evidence_->firstSkippedLine = scanner_.firstSkippedLine();
+    evidence_->unseenKeys = scanner_.unseenKeys();
+    evidence_->remarks = scanner_.remarks();
     for (const std::unique_ptr<DeclaredCells>& declared : declared_) {
       evidence_->findings.push_back(declared != nullptr ? declared->findings() : DeclaredFindings());
     }
@@ -134,6 +153,43 @@ bool mayChangeUnseen(const FileIdentity& identity, std::chrono::system_clock::ti
   return std::chrono::nanoseconds(identity.modified) + tick >= seen.time_since_epoch();
 }
 
+// The same with these columns. Requires: its own are among them.
+SharedEvidence withColumns(const SharedEvidence& part, const std::vector<std::string>& header) {
+  if (part->header == header) return part;
+  auto wider = std::make_shared<FileEvidence>(*part);
+  wider->header = header;
+  wider->columns.clear();
+  wider->declared.clear();
+  wider->findings.clear();
+  ColumnEvidence::Summary missing;
+  missing.count = part->cases;
+  for (const std::string& name : header) {
+    const auto found = std::find(part->header.begin(), part->header.end(), name);
+    if (found == part->header.end()) {
+      wider->columns.emplace_back().add(CellKind::empty, missing);
+      wider->declared.emplace_back();
+      wider->findings.emplace_back();
+      continue;
+    }
+    const auto column = static_cast<std::size_t>(found - part->header.begin());
+    wider->columns.push_back(part->columns[column]);
+    wider->declared.push_back(part->declared[column]);
+    wider->findings.push_back(part->findings[column]);
+  }
+  return wider;
+}
+
+std::vector<std::string> columnsOfAll(const std::vector<SharedEvidence>& parts) {
+  std::vector<std::string> header;
+  std::unordered_set<std::string> known;
+  for (const SharedEvidence& part : parts) {
+    for (const std::string& name : part->header) {
+      if (known.insert(name).second) header.push_back(name);
+    }
+  }
+  return header;
+}
+
 // Requires: both have as many columns.
 void addPart(FileEvidence& whole, const FileEvidence& part) {
   for (std::size_t column = 0; column < whole.columns.size(); ++column) {
@@ -149,6 +205,10 @@ void addPart(FileEvidence& whole, const FileEvidence& part) {
   whole.cases += part.cases;
   whole.textBytes += part.textBytes;
   whole.skippedLines += part.skippedLines;
+  std::erase_if(whole.unseenKeys, [&](const std::string& key) {
+    return std::find(part.unseenKeys.begin(), part.unseenKeys.end(), key) == part.unseenKeys.end();
+  });
+  whole.remarks.insert(whole.remarks.end(), part.remarks.begin(), part.remarks.end());
 }
 
 // Why the part cannot stand below the first one; nothing when it can.
@@ -181,7 +241,7 @@ std::optional<Problem> partProblem(const FileEvidence& whole, const std::string&
 
 Outcome<SharedEvidence> evidenceOf(const std::string& path, const FileKind& kind, const TableDialect& dialect,
                                    const DeclareColumns& declare) {
-  TableDialect complete = dialect;
+  TableDialect complete = kind.form == TextForm::jsonLines ? jsonLinesDialect(dialect.encoding, dialect.keys) : dialect;
   if (!complete.delimiter) complete.delimiter = std::string(1, kind.delimiter);
   if (const std::optional<std::string> wrong = contradictionIn(complete)) {
     return Problem{fmt::format("The dialect {}.", *wrong), path, "Correct the dialect."};
@@ -206,21 +266,32 @@ Outcome<SharedEvidence> evidenceOf(const std::string& path, const FileKind& kind
 
 Outcome<TableEvidence> evidenceOfParts(const std::vector<std::string>& paths, const FileKind& kind,
                                        const TableDialect& dialect, const DeclareColumns& declare) {
+  // 1. Each by itself.
   TableEvidence table;
-  std::shared_ptr<FileEvidence> whole;
   for (const std::string& path : paths) {
     Outcome<SharedEvidence> part = evidenceOf(path, kind, dialect, declare);
     if (!part) return part.problem();
-    if (whole == nullptr) {
-      whole = std::make_shared<FileEvidence>(**part);
-    } else {
-      if (std::optional<Problem> problem = partProblem(*whole, paths.front(), **part, path)) return *std::move(problem);
-      addPart(*whole, **part);
-    }
     table.parts.push_back(std::move(*part));
   }
-  table.whole = std::move(whole);
+
+  // 2. All of them together.
+  if (kind.form == TextForm::jsonLines) {
+    const std::vector<std::string> header = columnsOfAll(table.parts);
+    for (SharedEvidence& part : table.parts) part = withColumns(part, header);
+  }
+  const auto whole = std::make_shared<FileEvidence>(*table.parts.front());
+  for (std::size_t part = 1; part < paths.size(); ++part) {
+    if (auto problem = partProblem(*whole, paths.front(), *table.parts[part], paths[part])) return *std::move(problem);
+    addPart(*whole, *table.parts[part]);
+  }
+  table.whole = whole;
   return table;
+}
+
+TableDialect dialectForReading(const FileEvidence& evidence) {
+  TableDialect dialect = evidence.dialect;
+  if (dialect.form == TextForm::jsonLines) dialect.keys = evidence.header;
+  return dialect;
 }
 
 }  // namespace workbench::data

@@ -21,7 +21,7 @@ namespace workbench::data {
 struct FileEvidence {
   FileIdentity identity;
   TableDialect dialect;                    // with its delimiter, whoever told it
-  std::vector<std::string> header;         // the names as they stand in the file; without a header field1, field2, ...
+  std::vector<std::string> header;         // the names as they stand in the file; without any field1, field2, ...
   DeclaredColumns declared;                // what the columns were read by, one per column
   std::vector<ColumnEvidence> columns;     // of declared ones over the plain texts of their cells
   std::vector<DeclaredFindings> findings;  // one per column
@@ -31,6 +31,8 @@ struct FileEvidence {
   std::uint64_t longestRecord = 0;  // in bytes; of plain dialects only
   std::uint64_t skippedLines = 0;   // blank ones between others
   std::uint64_t firstSkippedLine = 0;
+  std::vector<std::string> unseenKeys;  // columns that were known beforehand and that no record has
+  std::vector<std::string> remarks;     // what users should know of the text, sentences
 };
 
 using SharedEvidence = std::shared_ptr<const FileEvidence>;
@@ -48,7 +50,11 @@ struct TableEvidence {
   SharedEvidence whole;
 };
 
-// Of all files in their order, each with the same header where there is one. Requires: there is one at least.
+// The dialect in which the file is read once its columns are known.
+TableDialect dialectForReading(const FileEvidence& evidence);
+
+// Of all files in their order, each with the same header where there is one; of JSON lines every part has the columns
+// of all. Requires: there is one at least.
 Outcome<TableEvidence> evidenceOfParts(const std::vector<std::string>& paths, const FileKind& kind,
                                        const TableDialect& dialect, const DeclareColumns& declare);
 

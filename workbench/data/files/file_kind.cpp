@@ -20,6 +20,12 @@ constexpr auto fileKinds = std::to_array<FileKind>({
     {".tsv.gz", '\t', Packing::gzip},
     {".csv.zst", ',', Packing::zstd},
     {".tsv.zst", '\t', Packing::zstd},
+    {".jsonl", ',', Packing::none, TextForm::jsonLines},
+    {".ndjson", ',', Packing::none, TextForm::jsonLines},
+    {".jsonl.gz", ',', Packing::gzip, TextForm::jsonLines},
+    {".ndjson.gz", ',', Packing::gzip, TextForm::jsonLines},
+    {".jsonl.zst", ',', Packing::zstd, TextForm::jsonLines},
+    {".ndjson.zst", ',', Packing::zstd, TextForm::jsonLines},
 });
 
 }  // namespace

@@ -13,10 +13,16 @@ enum class Packing { none, gzip, zstd };
 // As DuckDB calls it.
 std::string_view nameOf(Packing packing);
 
+enum class TextForm {
+  delimited,  // records of fields, the first one naming the columns
+  jsonLines,  // a JSON object per line, whose keys name the columns
+};
+
 struct FileKind {
   std::string_view ending;  // in lower case; names may bear it in any
-  char delimiter;           // between the fields of a line
+  char delimiter;           // between the fields of a line; of no meaning in JSON lines
   Packing packing;
+  TextForm form = TextForm::delimited;
 };
 
 // Of a protected file what is inside. Fails for an ending that is not known, naming those that are.

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "host/messages.h"
+#include "workbench/data/files/packed_text_file.h"
 
 namespace workbench::data {
 namespace {
@@ -74,7 +75,7 @@ void PackingPipe::packAll() {
     for (TextPart part = TextPart::further; part != TextPart::last;) {
       const std::string_view text = nextText();
       if (text.size() < buffer_.size()) part = TextPart::last;
-      pack(text, part);
+      writePacked(*packer_, text, part, file_);
     }
   } catch (...) {
     failure_ = std::current_exception();
@@ -92,16 +93,6 @@ std::string_view PackingPipe::nextText() {
     if (bytes > 0) filled += static_cast<std::size_t>(bytes);
   }
   return {buffer_.data(), filled};
-}
-
-void PackingPipe::pack(std::string_view text, TextPart part) {
-  packer_->take(text, part);
-  for (;;) {
-    Outcome<std::string_view> packed = packer_->next();
-    if (!packed) throw ErrorText(Problem{packed.problem().what, file_.path(), ""}.text());
-    if (packed->empty()) return;
-    file_.write(*packed);
-  }
 }
 
 }  // namespace workbench::data

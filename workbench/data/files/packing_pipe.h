@@ -47,7 +47,6 @@ class PackingPipe {
   PackingPipe(OutputFile& file, Packing packing);
   void packAll();
   std::string_view nextText();
-  void pack(std::string_view text, TextPart part);
 
   OutputFile& file_;
   std::unique_ptr<Packer> packer_;

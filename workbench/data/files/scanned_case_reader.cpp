@@ -24,7 +24,7 @@ ScannedCaseReader::ScannedCaseReader(std::shared_ptr<const CsvTable> table, cons
 void ScannedCaseReader::openPart() {
   open_ = std::make_unique<OpenPart>(OpenPart{openPartFile(part()), nullptr, nullptr});
   checkUnchanged();
-  const TableDialect& dialect = part().evidence->dialect;
+  const TableDialect dialect = dialectForReading(*part().evidence);
   Outcome<std::unique_ptr<ByteSource>> source =
       asUtf8(openByteSource(open_->file, table_->kind.packing), dialect.encoding);
   if (!source) throw ErrorText(source.problem().text());

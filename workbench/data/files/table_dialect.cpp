@@ -1,6 +1,7 @@
 #include "workbench/data/files/table_dialect.h"
 
 #include <string_view>
+#include <utility>
 
 namespace workbench::data {
 namespace {
@@ -14,6 +15,14 @@ bool isAsciiCharacter(char character) {
 }
 
 }  // namespace
+
+TableDialect jsonLinesDialect(std::string encoding, std::vector<std::string> keys) {
+  TableDialect dialect;
+  dialect.encoding = std::move(encoding);
+  dialect.form = TextForm::jsonLines;
+  dialect.keys = std::move(keys);
+  return dialect;
+}
 
 std::optional<std::string> contradictionIn(const TableDialect& dialect) {
   if (dialect.quote && !isAsciiCharacter(*dialect.quote)) return "has a quote character that is no plain character";

@@ -9,13 +9,15 @@
 
 #include "workbench/data/files/csv_scanner.h"
 #include "workbench/data/files/dialect_scanner.h"
+#include "workbench/data/files/json_line.h"
+#include "workbench/data/files/json_lines_scanner.h"
 #include "workbench/data/files/structure_marks.h"
 
 namespace workbench::data {
 namespace {
 
 constexpr std::size_t bufferBytes = std::size_t{1} << 17;
-constexpr std::size_t behindText = std::max(readBehindMarks, readableBehind);
+constexpr std::size_t behindText = std::max({readBehindMarks, readableBehind, readBehindJson});
 constexpr const char* saveAsUtf8 = "Save the file as UTF-8.";
 
 std::string_view nameOfLineEnd(std::string_view lineEnd) {
@@ -175,6 +177,9 @@ std::size_t findNoUtf8(std::string_view text) {
 }
 
 std::unique_ptr<TableScanner> openScanner(ByteSource& source, const TableDialect& dialect, std::string path) {
+  if (dialect.form == TextForm::jsonLines) {
+    return std::make_unique<JsonLinesScanner>(source, dialect.keys, std::move(path));
+  }
   if (isPlain(dialect)) return std::make_unique<CsvScanner>(source, dialect, std::move(path));
   return std::make_unique<DialectScanner>(source, dialect, std::move(path));
 }

@@ -54,6 +54,12 @@ class TableScanner {
   std::uint64_t longestRecord() const { return longestRecord_; }    // in bytes, its line end included
   std::uint64_t skippedLines() const { return skippedLines_; }      // without a character, between others
   std::uint64_t firstSkippedLine() const { return firstSkipped_; }  // 0: none
+  // Names of all columns, where records name them and further ones may come with each batch; else empty.
+  virtual std::vector<std::string> keys() const { return {}; }
+  // Those of them that no record has had so far.
+  virtual std::vector<std::string> unseenKeys() const { return {}; }
+  // What whoever reads the text should know of it once all of it was scanned. Sentences.
+  virtual std::vector<std::string> remarks() const { return {}; }
 
  protected:
   // The source outlives the scanner. The path is for problems only.
@@ -71,7 +77,7 @@ class TableScanner {
   bool failBehindQuote(std::uint64_t fieldLine);
   bool failAtBlankBeforeQuote();
   bool failAtFieldCount(std::uint64_t line, std::size_t fields, std::size_t expected, std::string_view expectedBy);
-  bool failAtLength(std::uint64_t line);
+  virtual bool failAtLength(std::uint64_t line);
   Step stopped() const { return problem_ ? Step::problem : Step::end; }
 
   std::vector<char> buffer_;     // what was read, a NUL behind it, and room for looking beyond it

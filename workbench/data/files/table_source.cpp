@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -26,20 +27,42 @@ std::optional<TableReference> resourceReference(const std::string& path) {
   return isPackage(reference.file) ? std::optional(std::move(reference)) : std::nullopt;
 }
 
+// What the file's name says, but where the descriptor says whether it holds JSON lines: that may be all that is known.
+Outcome<FileKind> kindOf(const std::string& path, const DescribedTable* description) {
+  Outcome<FileKind> kind = fileKind(path);
+  if (description == nullptr || !description->kind) return kind;
+  if (!kind && description->kind->form == TextForm::jsonLines) return *description->kind;
+  if (kind) kind->form = description->kind->form;
+  return kind;
+}
+
 // All files of a table are of one kind.
 Outcome<FileKind> commonKind(const std::vector<std::string>& dataPaths, const DescribedTable* description) {
-  Outcome<FileKind> kind = fileKind(dataPaths.front());
+  Outcome<FileKind> kind = kindOf(dataPaths.front(), description);
   if (!kind) return kind;
   for (const std::string& path : dataPaths) {
-    const Outcome<FileKind> other = fileKind(path);
+    const Outcome<FileKind> other = kindOf(path, description);
     if (!other) return other;
-    if (other->delimiter == kind->delimiter && other->packing == kind->packing) continue;
+    const bool isSame =
+        other->form == kind->form && other->delimiter == kind->delimiter && other->packing == kind->packing;
+    if (isSame) continue;
     return Problem{
         fmt::format("The file is of another kind than {}, and both are said to hold one table.", dataPaths.front()),
         path, "Let all files of a table be of one kind."};
   }
   if (description != nullptr && description->packing) kind->packing = *description->packing;
   return kind;
+}
+
+// Fields are the first columns, in their order: in JSON lines keys have none, and one that is nowhere is a value that
+// is missing everywhere.
+void describeJsonLines(DescribedTable& table) {
+  std::vector<std::string> keys;
+  for (const DescribedField& field : table.fields) {
+    const std::string& name = field.variable.name;
+    if (std::find(keys.begin(), keys.end(), name) == keys.end()) keys.push_back(name);
+  }
+  table.dialect = jsonLinesDialect(table.dialect.encoding, std::move(keys));
 }
 
 // Category values and discrete missing values are what a cell may be. A range cannot be listed: then nothing is said.
@@ -132,6 +155,16 @@ void nameColumns(TableSource& source) {
   for (std::string& warning : names.warnings) source.warnings.push_back(std::move(warning));
 }
 
+void warnOfKeys(TableSource& source) {
+  const FileEvidence& evidence = *source.evidence.whole;
+  for (const std::string& remark : evidence.remarks) source.warnings.push_back(remark);
+  if (evidence.cases == 0) return;
+  for (const std::string& key : evidence.unseenKeys) {
+    source.warnings.push_back(fmt::format("No line has the key \"{}\", which {} declares; all its values are missing.",
+                                          key, source.description->descriptorPath));
+  }
+}
+
 }  // namespace
 
 Outcome<std::optional<DescribedTable>> descriptionOf(const std::string& path) {
@@ -153,15 +186,16 @@ Outcome<TableSource> examineTable(const std::string& path) {
   }
   Outcome<std::optional<DescribedTable>> described = descriptionOf(path);
   if (!described) return described.problem();
+  if (*described) source.dataPaths = (*described)->dataPaths;
+  const Outcome<FileKind> kind = commonKind(source.dataPaths, *described ? &**described : nullptr);
+  if (!kind) return kind.problem();
+  source.kind = *kind;
   if (*described) {
-    source.dataPaths = (*described)->dataPaths;
+    if (kind->form == TextForm::jsonLines) describeJsonLines(**described);
     source.description = std::make_shared<const DescribedTable>(std::move(**described));
     source.warnings = source.description->warnings;
   }
   const DescribedTable* const description = source.description.get();
-  const Outcome<FileKind> kind = commonKind(source.dataPaths, description);
-  if (!kind) return kind.problem();
-  source.kind = *kind;
 
   // 2. What stands in it.
   Outcome<TableEvidence> evidence =
@@ -180,6 +214,7 @@ Outcome<TableSource> examineTable(const std::string& path) {
   for (const std::string& warning : source.fields.warnings) source.warnings.push_back(warning);
   nameColumns(source);
   warnOfLines(source);
+  warnOfKeys(source);
   warnOfFindings(source);
   return source;
 }

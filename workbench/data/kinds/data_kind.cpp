@@ -18,6 +18,7 @@
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/json_lines_writer.h"
 #include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_reference.h"
@@ -30,9 +31,12 @@ namespace {
 Outcome<std::unique_ptr<CaseWriter>> createText(const std::string& path, const Dictionary& dictionary,
                                                 const Secret& password) {
   const FileKind kind = *fileKind(path);
-  auto cases = createCsvFile(path, kind, dictionary, password);
+  const bool isJson = kind.form == TextForm::jsonLines;
+  auto cases = isJson ? createJsonLinesFile(path, kind.packing, dictionary, password)
+                      : createCsvFile(path, kind, dictionary, password);
   if (!cases) return cases.problem();
-  return describedBeside(path, kind.delimiter, dictionary, password, std::move(*cases));
+  return describedBeside(path, isJson ? std::nullopt : std::optional(kind.delimiter), dictionary, password,
+                         std::move(*cases));
 }
 
 Outcome<std::unique_ptr<ExaminedTable>> examinedSource(std::shared_ptr<const StoredSource> source) {

@@ -33,7 +33,7 @@ class DescribedCaseWriter final : public CaseWriter {
 
 }  // namespace
 
-Outcome<std::unique_ptr<CaseWriter>> describedBeside(const std::string& path, char delimiter,
+Outcome<std::unique_ptr<CaseWriter>> describedBeside(const std::string& path, std::optional<char> delimiter,
                                                      const Dictionary& dictionary, const Secret& password,
                                                      std::unique_ptr<CaseWriter> cases) {
   auto written = DictionaryOutput::create(path, delimiter, dictionary, password);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "workbench/data/case_reader.h"
@@ -10,7 +11,8 @@
 
 namespace workbench::data {
 
-Outcome<std::unique_ptr<CaseWriter>> describedBeside(const std::string& path, char delimiter,
+// Without a delimiter the cases are written as JSON lines.
+Outcome<std::unique_ptr<CaseWriter>> describedBeside(const std::string& path, std::optional<char> delimiter,
                                                      const Dictionary& dictionary, const Secret& password,
                                                      std::unique_ptr<CaseWriter> cases);
 

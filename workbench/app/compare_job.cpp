@@ -72,6 +72,12 @@ std::string sortCommand(const CompareRequest& request) {
                      request.sort == SortChoice::whenNeeded ? " WHEN=NEEDED" : "");
 }
 
+// What should be known of them, whether they were sorted or not.
+std::string checkCommand(const CompareRequest& request) {
+  const std::string keys = request.ids.empty() ? "" : " KEYS=" + namesInJob(request.ids);
+  return fmt::format("CHECK DATASETS WITH={}{}.\n", comparisonHandle, keys);
+}
+
 // A file, also where its name alone could be a dataset's handle.
 std::string fileInJob(const std::string& path) {
   return quotedInJob(data::isWellFormedHandle(path) ? "./" + path : path);
@@ -138,6 +144,7 @@ std::string compareJob(const CompareRequest& request) {
   job += openCommand(comparison, comparisonHandle, active);
   job += fmt::format("ACTIVATE DATASET NAME={}.\n", activeHandle);
   job += sortCommand(request);
+  job += checkCommand(request);
 
   job += fmt::format("COMPARE DATASETS\n  /COMPDATASET={}\n", comparisonHandle);
   job += fmt::format("  /VARIABLES={}\n", variablesInJob(request));

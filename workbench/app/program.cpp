@@ -97,7 +97,7 @@ Outcome<Job> jobOf(const CompareCommand& compare) {
     std::cout << compareJob(request) << '\n';
   }
   request.passwords = *passwords;
-  return Job{std::string_view(compareJob(request)), OnError::stopButForSort};
+  return Job{std::string_view(compareJob(request)), OnError::goOnToComparison};
 }
 
 Outcome<Job> jobOf(const RunCommand& run) {

@@ -46,6 +46,10 @@ const std::vector<CommandRow>& commandRows() {
         {"LIKE", Spec::wordOrString, optional},
         {"WITH", Spec::wordOrString, optional},
         {"WHEN", Spec::wordOrString, optional, {"NEEDED"}}}},
+      // Tells what should be known before the active dataset is held against that one.
+      {"CHECK DATASETS",
+       "Check Datasets",
+       {{"WITH", Spec::wordOrString, required}, {"KEYS", Spec::nameList, optional}}},
       {"FILTER CASES", "Filter Cases", {{"BY", Spec::wordOrString, required}}},
       {"WEIGHT CASES", "Weight Cases", {{"BY", Spec::wordOrString, required}}},
       {"SPLIT CASES", "Split Cases", {{"BY", Spec::nameList, required}}},

@@ -14,6 +14,7 @@
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/refused_value.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -25,7 +26,8 @@ std::optional<Problem> problemOfName(const std::string& path, const Dictionary& 
   for (std::int32_t index = 0; index < dictionary.size(); ++index) {
     const std::string& name = dictionary.at(index).name;
     if (name.empty() || problemOfText(name) != nullptr) {
-      return Problem{fmt::format("The name of variable {} cannot be written as text.", index + 1), path, ""};
+      return Problem{text::sentence("The name of variable ^1 cannot be written as text.", {fmt::to_string(index + 1)}),
+                     path, ""};
     }
   }
   return std::nullopt;
@@ -80,7 +82,7 @@ class CsvCaseWriter final : public CaseWriter {
       writeNothing(column);
       return;
     }
-    if (!std::isfinite(value)) refuse(variable, "is no finite number");
+    if (!std::isfinite(value)) refuse(variable, noFiniteNumber);
     std::optional<std::string> text;
     switch (variable.format.type) {
       case FormatType::date:
@@ -98,7 +100,12 @@ class CsvCaseWriter final : public CaseWriter {
       default:
         text = decimalText(value);
     }
-    if (!text) refuse(variable, fmt::format("is {}, which its print format cannot show as a date or time", value));
+    if (!text) {
+      refuse(variable,
+             "In case ^1 the value of \"^2\" is ^3, which its print format cannot show as a date or time, so it cannot "
+             "be written; correct the value.",
+             fmt::to_string(value));
+    };
     copy_->setText(column, *text);
   }
 
@@ -120,8 +127,8 @@ class CsvCaseWriter final : public CaseWriter {
     }
   }
 
-  [[noreturn]] void refuse(const Variable& variable, std::string_view why) const {
-    refuseValue(path_, casesWritten_ + 1, variable, why);
+  [[noreturn]] void refuse(const Variable& variable, std::string_view why, std::string_view value = {}) const {
+    refuseValue(path_, casesWritten_ + 1, variable, why, value);
   }
 
   std::unique_ptr<DuckDbCopy> copy_;
@@ -136,8 +143,8 @@ class CsvCaseWriter final : public CaseWriter {
 Outcome<std::unique_ptr<CaseWriter>> createCsvFile(const std::string& path, const FileKind& kind,
                                                    const Dictionary& dictionary, const Secret& password) {
   if (dictionary.size() == 0)
-    return Problem{"A dataset without variables cannot be written as text.", path,
-                   "Save one that has a variable, or none."};
+    return Problem{text::sentence("A dataset without variables cannot be written as text."), path,
+                   text::sentence("Save one that has a variable, or none.")};
   if (auto problem = problemOfName(path, dictionary)) return *std::move(problem);
   Outcome<std::unique_ptr<DuckDbCopy>> copy =
       DuckDbCopy::start(path, kind.packing, columnsOf(dictionary), csvOptions(kind, dictionary), password);

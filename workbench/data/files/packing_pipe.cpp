@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "host/messages.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -20,7 +21,7 @@ namespace {
 constexpr std::size_t textBytes = std::size_t{1} << 18;
 
 Problem openingProblem(std::string_view why, const OutputFile& file) {
-  return {fmt::format("The file cannot be written ({}).", why), file.path(), ""};
+  return {text::sentence("The file cannot be written (^1).", {why}), file.path(), ""};
 }
 
 void closeEnd(int& descriptor) {

@@ -4,7 +4,8 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 
 import { launch, missing, open } from "./browser.mjs";
-import { writeDemo } from "./reports.mjs";
+import { demoArguments, writeDemo } from "./reports.mjs";
+import { openTerminal } from "./terminal.mjs";
 
 const { PICTURES } = process.env;
 const variables = "sex,birth_year,town,education,income,remark";
@@ -15,6 +16,12 @@ const pictures = [
   { name: "report-narrow", colorScheme: "light", width: 360, height: 1000 },
   { name: "report-cases", colorScheme: "light", width: 1200, height: 720,
     heading: "Case By Case Comparison" },
+];
+
+const terminals = [
+  { name: "terminal", columns: 110, args: [...demoArguments, "--variables", variables, "--limit", "4"] },
+  { name: "terminal-narrow", columns: 60,
+    args: [...demoArguments, "--limit", "4", "--table", "CD_CaseByCaseComparisonTableName"] },
 ];
 
 const lack = missing();
@@ -31,6 +38,11 @@ for (const { name, colorScheme, width, height, heading } of pictures) {
   }
   await page.screenshot({ path: join(PICTURES, `${name}.png`) });
   await context.close();
+}
+for (const { name, columns, args } of terminals) {
+  const page = await openTerminal(browser, args, columns);
+  await page.locator("#screen").screenshot({ path: join(PICTURES, `${name}.png`) });
+  await page.close();
 }
 await browser.close();
 rmSync(folder, { recursive: true });

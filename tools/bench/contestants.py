@@ -6,6 +6,9 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Callable
 
+from inputs import SIDES
+from shapes import TEXT
+
 SQL = Path(__file__).resolve().parents[2] / "bench/sql"
 DUCKDB_THREADS = 2
 
@@ -41,7 +44,8 @@ def contestants(files, build):
 def ours(files, build):
     # By default it brings cases into the order of their IDs where that is needed.
     pairing = ["--id", "id"] if files.shape.has_key else []
-    command = [build / "bin/compare-datasets", "compare", "a.csv", "b.csv", *pairing, "--format", "json"]
+    data = [files.shape.storage.data.replace("SIDE", side) for side in SIDES]
+    command = [build / "bin/compare-datasets", "compare", *data, *pairing, "--format", "json"]
     command += ["-o", "results.json"]
     return Contestant("compare-datasets", command, 1 if files.differs else 0, document_answer)
 
@@ -89,8 +93,16 @@ def leaf_titles(categories):
 
 def duckdb(files, build):
     query = files.folder / "query.sql"
-    query.write_text(filled((SQL / files.shape.query).read_text(), list(files.truth["mismatches"])))
+    template = stored((SQL / files.shape.query).read_text(), files.shape.storage)
+    query.write_text(filled(template, list(files.truth["mismatches"])))
     return Contestant("DuckDB", [build / "bin/bench_duckdb_join", query, DUCKDB_THREADS], 0, sql_answer)
+
+
+def stored(template, storage):
+    """The template with the tables as they are stored."""
+    for side in SIDES:
+        template = template.replace(TEXT.table.replace("SIDE", side), storage.table.replace("SIDE", side))
+    return "\n".join([storage.before.replace("SIDE", side) for side in SIDES if storage.before] + [template])
 
 
 def filled(template, variables):

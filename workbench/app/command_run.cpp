@@ -42,10 +42,10 @@ CommandRun::~CommandRun() {
     const Journal::Pause pause(journal());
     data::letGoOfAllHandedOut();
   }
-  const Settings settings = currentRun().settings;  // these hold for the commands that follow
-  currentRun() = CurrentRun();
-  currentRun().settings = settings;
-  currentRun().wording = wordingBefore_;
+  CurrentRun between;
+  between.settings = currentRun().settings;  // these hold for the commands that follow
+  between.wording = wordingBefore_;
+  currentRun() = between;
 }
 
 void CommandRun::say(BpErrorLevel level, const std::string& sentence) {

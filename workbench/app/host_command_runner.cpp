@@ -23,6 +23,7 @@
 #include "workbench/runtime/journal.h"
 #include "workbench/text/folding.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::app {
 
@@ -279,7 +280,7 @@ bool runHostCommand(Session& session, CommandRun& run) {
       }
     }
   }
-  return run.refuse({"This command of the host has nothing behind it.", run.command().name, ""});
+  return run.refuse({text::sentence("This command of the host has nothing behind it."), run.command().name, ""});
 }
 
 }  // namespace workbench::app

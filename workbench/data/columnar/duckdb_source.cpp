@@ -12,6 +12,7 @@
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/table_reference.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -74,18 +75,19 @@ Outcome<std::vector<NamedTable>> tablesOf(const AttachedDatabase& database) {
 }
 
 Outcome<NamedTable> chosen(const std::vector<NamedTable>& tables, const std::string& wanted, const std::string& file) {
-  if (tables.empty()) return Problem{"The database holds no table.", file, "Name another file."};
+  if (tables.empty())
+    return Problem{text::sentence("The database holds no table."), file, text::sentence("Name another file.")};
   std::vector<std::string> names;
   for (const NamedTable& table : tables) names.push_back(table.shown());
   if (wanted.empty()) {
     if (tables.size() == 1) return tables.front();
-    return Problem{fmt::format("The database holds {} tables.", tables.size()), file,
-                   fmt::format("Name one behind \"#\": {}.", fmt::join(names, ", "))};
+    return Problem{text::sentence("The database holds ^1 tables.", {fmt::to_string(tables.size())}), file,
+                   text::sentence("Name one behind \"#\": ^1.", {fmt::format("{}", fmt::join(names, ", "))})};
   }
   const auto found = std::find(names.begin(), names.end(), wanted);
   if (found != names.end()) return tables[static_cast<std::size_t>(found - names.begin())];
-  return Problem{fmt::format("The database holds no table \"{}\".", wanted), file,
-                 fmt::format("It has: {}.", fmt::join(names, ", "))};
+  return Problem{text::sentence("The database holds no table \"^1\".", {wanted}), file,
+                 text::sentence("It has: ^1.", {fmt::format("{}", fmt::join(names, ", "))})};
 }
 
 }  // namespace

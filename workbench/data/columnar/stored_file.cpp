@@ -1,7 +1,5 @@
 #include "workbench/data/columnar/stored_file.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 #include <vector>
 
@@ -12,6 +10,7 @@
 #include "workbench/data/files/column_names.h"
 #include "workbench/data/files/dataset_description.h"
 #include "workbench/data/files/field_matching.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -67,9 +66,10 @@ std::optional<Problem> problemOfField(const StoredColumn& column, const ColumnEv
   const CellKind declared = kindOf(field.reading.type);
   const CellKind found = evidence.kind();
   if (declared == CellKind::text || found == CellKind::empty || found == declared) return std::nullopt;
-  return Problem{fmt::format("Column \"{}\" is declared as {}, and its values, stored as {}, are not all of that kind.",
-                             column.name, nameOf(field.reading.type), column.type),
-                 path, "Correct the description or the data."};
+  return Problem{
+      text::sentence("Column \"^1\" is declared as ^2, and its values, stored as ^3, are not all of that kind.",
+                     {column.name, nameOf(field.reading.type), column.type}),
+      path, text::sentence("Correct the description or the data.")};
 }
 
 class ExaminedStoredTable final : public ExaminedTable {

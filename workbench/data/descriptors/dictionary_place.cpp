@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/dictionary_place.h"
 
-#include <fmt/format.h>
-
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -12,6 +10,7 @@
 #include "workbench/data/descriptors/json_text.h"
 #include "workbench/data/files/file_kind.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -71,8 +70,8 @@ Outcome<DictionaryPlace> dictionaryPlaceOf(const std::string& dataPath) {
   if (!*index) return schemaPlaceOf(dataPath);
   if (isProtectedName(dataPath)) {
     return Problem{
-        fmt::format("{} describes the protected file, and would show its dictionary to everybody.", packagePath),
-        dataPath, "Choose another name or folder."};
+        text::sentence("^1 describes the protected file, and would show its dictionary to everybody.", {packagePath}),
+        dataPath, text::sentence("Choose another name or folder.")};
   }
   return DictionaryPlace{packagePath, true};
 }

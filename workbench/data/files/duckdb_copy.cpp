@@ -7,6 +7,7 @@
 
 #include "host/messages.h"
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -36,7 +37,7 @@ Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, 
   try {
     copy->thread_ = std::thread([writer = copy.get(), statement] { writer->runStatement(statement); });
   } catch (const std::system_error& error) {
-    return Problem{fmt::format("The file cannot be written ({}).", error.what()), path, ""};
+    return Problem{text::sentence("The file cannot be written (^1).", {error.what()}), path, ""};
   }
   return copy;
 }
@@ -83,8 +84,8 @@ void DuckDbCopy::finishStatement() {
   }
   if (*written_ != rowsMade_) {
     throw ErrorText(
-        fmt::format("{}: {} rows were to be written, and {} were; please report this as a fault of this program.",
-                    file_->path(), rowsMade_, *written_));
+        text::sentence("^1: ^2 rows were to be written, and ^3 were; please report this as a fault of this program.",
+                       {file_->path(), fmt::to_string(rowsMade_), fmt::to_string(*written_)}));
   }
 }
 

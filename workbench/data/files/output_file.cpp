@@ -16,6 +16,7 @@
 #include "workbench/data/files/openpgp_message.h"
 #include "workbench/runtime/protected_data.h"
 #include "workbench/runtime/temporary_files.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -24,13 +25,15 @@ Problem creationProblem(int error, const std::string& path) {
   switch (error) {
     case ENOENT:
     case ENOTDIR:
-      return {"The folder of the file does not exist.", path, "Make the folder, or name another one."};
+      return {text::sentence("The folder of the file does not exist."), path,
+              text::sentence("Make the folder, or name another one.")};
     case EACCES:
     case EPERM:
     case EROFS:
-      return {"The folder of the file cannot be written to.", path, "Name a folder in which you may write."};
+      return {text::sentence("The folder of the file cannot be written to."), path,
+              text::sentence("Name a folder in which you may write.")};
     default:
-      return {fmt::format("The file cannot be written ({}).", std::strerror(error)), path, ""};
+      return {text::sentence("The file cannot be written (^1).", {std::strerror(error)}), path, ""};
   }
 }
 
@@ -59,7 +62,8 @@ int makePrivateFile(const std::string& target, std::string& privatePath) {
 
 Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path, const Secret& password) {
   std::error_code failure;
-  if (std::filesystem::is_directory(path, failure)) return Problem{"This is a folder.", path, "Name a file in it."};
+  if (std::filesystem::is_directory(path, failure))
+    return Problem{text::sentence("This is a folder."), path, text::sentence("Name a file in it.")};
   // A symbolic link stays one: what it points to is replaced.
   std::string target = path;
   if (std::filesystem::is_symlink(path, failure)) target = std::filesystem::weakly_canonical(path, failure).string();
@@ -138,8 +142,10 @@ void OutputFile::commit() {
 }
 
 void OutputFile::fail(int error) const {
-  const char* remedy = error == ENOSPC || error == EDQUOT ? " Make room on the disk, or name another folder." : "";
-  throw ErrorText(fmt::format("{}: The file cannot be written ({}).{}", path_, std::strerror(error), remedy));
+  Problem problem{text::sentence("The file cannot be written (^1).", {std::strerror(error)}), path_, ""};
+  const bool isFull = error == ENOSPC || error == EDQUOT;
+  if (isFull) problem.remedy = text::sentence("Make room on the disk, or name another folder.");
+  throw ErrorText(problem.text());
 }
 
 }  // namespace workbench::data

@@ -1,12 +1,13 @@
 #include "workbench/data/files/packer.h"
 
-#include <fmt/format.h>
 #include <zlib.h>
 #include <zstd.h>
 
 #include <cstddef>
 #include <new>
 #include <vector>
+
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -64,7 +65,7 @@ class ZstdPacker final : public Packer {
     while (!isUsedUp_ && output.pos == 0) {
       const std::size_t state = ::ZSTD_compressStream2(stream_, &output, &input_, mode_);
       if (::ZSTD_isError(state) != 0) {
-        return Problem{fmt::format("The file cannot be packed ({}).", ::ZSTD_getErrorName(state)), "", ""};
+        return Problem{text::sentence("The file cannot be packed (^1).", {::ZSTD_getErrorName(state)}), "", ""};
       }
       isUsedUp_ = mode_ == ZSTD_e_end ? state == 0 : input_.pos == input_.size;
     }

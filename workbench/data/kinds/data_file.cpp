@@ -10,6 +10,7 @@
 #include "workbench/data/files/type_inference.h"
 #include "workbench/data/files/unlocked_dataset.h"
 #include "workbench/data/kinds/data_kind.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -91,8 +92,9 @@ Outcome<Done> checkCanBeWritten(const std::string& path) {
   const Outcome<const DataKind*> kind = dataKind(path);
   if (kind && (*kind)->create != nullptr) return Done{};
   Problem problem =
-      kind ? Problem{fmt::format("A {} is only read, not written.", (*kind)->name), path, ""} : kind.problem();
-  problem.remedy = fmt::format("Use one of these: {}.", fmt::join(dataEndings(true), ", "));
+      kind ? Problem{text::sentence("A ^1 is only read, not written.", {text::sentence((*kind)->name)}), path, ""}
+           : kind.problem();
+  problem.remedy = text::sentence("Use one of these: ^1.", {fmt::format("{}", fmt::join(dataEndings(true), ", "))});
   return problem;
 }
 

@@ -1,6 +1,7 @@
 #include "workbench/app/command_run.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/runtime.h"
 #include "workbench/data/working/handed_out.h"
@@ -49,6 +50,12 @@ CommandRun::~CommandRun() {
 
 void CommandRun::say(BpErrorLevel level, const std::string& sentence) {
   command_.items.emplace_back(output::hostMessage(level, sentence));
+}
+
+void CommandRun::say(BpErrorLevel level, output::Text text) {
+  output::Message message = output::hostMessage(level, "");
+  message.text = std::move(text);
+  command_.items.emplace_back(std::move(message));
 }
 
 bool CommandRun::refuse(const Problem& problem) {

@@ -14,6 +14,7 @@
 #include <system_error>
 
 #include "workbench/app/job_runner.h"
+#include "workbench/app/named_files.h"
 #include "workbench/app/password_encoding.h"
 #include "workbench/app/password_files.h"
 #include "workbench/app/password_prompt.h"
@@ -24,6 +25,7 @@
 #include "workbench/data/data_file.h"
 #include "workbench/data/files/openpgp_message.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/kinds/data_kind.h"
 #include "workbench/data/working/password_decoder.h"
 #include "workbench/data/working/password_reference.h"
 #include "workbench/output/display_text.h"
@@ -97,7 +99,7 @@ Outcome<Job> jobOf(const CompareCommand& compare) {
     std::cout << compareJob(request) << '\n';
   }
   request.passwords = *passwords;
-  return Job{std::string_view(compareJob(request)), OnError::stopButForSort};
+  return Job{std::string_view(compareJob(request)), OnError::goOnToComparison};
 }
 
 Outcome<Job> jobOf(const RunCommand& run) {
@@ -194,6 +196,11 @@ int fail(const Problem& problem) {
 
 // Lines go to the file as they are written, so that a run that ends badly can be looked into.
 Outcome<Done> startJournal(const std::string& path, std::ofstream& file) {
+  // It is begun before a job says what it opens.
+  if (data::dataKind(path)) {
+    return Problem{text::sentence("The journal is no data, and the name is that of a data file."), path,
+                   text::sentence("Choose another name.")};
+  }
   file.open(path, std::ios::binary | std::ios::trunc);
   if (!file) {
     return Problem{text::sentence("The journal cannot be written."), path,
@@ -260,6 +267,7 @@ int runProgram(const ProgramOptions& options) {
   if (!wording) return fail(wording.problem());
   session.wording = std::move(*wording);
   const WordingInForce inForce(*session.wording);
+  if (const auto named = checkNamedFiles(options.command); !named) return fail(named.problem());
   if (const auto loaded = loadPlugins(session.plugins, options.pluginFolders); !loaded) return fail(loaded.problem());
   auto results = ResultsOutput::open(choice, *session.wording);
   if (!results) return fail(results.problem());

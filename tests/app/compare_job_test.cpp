@@ -47,6 +47,18 @@ TEST(CompareJob, SortsAlwaysOrNeverWhenAsked) {
   EXPECT_NE(compareJob(wanted).find("CHECK DATASETS WITH=comparison KEYS=id.\n"), std::string::npos);
 }
 
+TEST(CompareJob, ChangesTheComparisonSidesNamesAlsoWhereTheOtherSideLooksForTypes) {
+  CompareRequest wanted = request();
+  wanted.renamed = {{"gender", "sex"}, {"last one", "to"}};
+  wanted.dropped = {"u", "v 2"};
+  const std::string job = compareJob(wanted);
+  EXPECT_EQ(job.substr(0, job.find("ACTIVATE")),
+            "OPEN DATA FILE='a.csv' NAME=active TYPESWITH='b.csv' TYPESRENAME=gender TO sex, 'last one' TO to "
+            "TYPESDROP=u 'v 2'.\n"
+            "OPEN DATA FILE='b.csv' NAME=comparison TYPESWITH='a.csv' RENAME=gender TO sex, 'last one' TO to "
+            "DROP=u 'v 2'.\n");
+}
+
 TEST(CompareJob, DoublesQuotesInsideNames) {
   CompareRequest wanted = request();
   wanted.active = "it's.csv";

@@ -59,10 +59,22 @@ struct ProtectedBy {
   const std::string& password;
 };
 
-std::string openCommand(const ProtectedBy& data, const std::string& handle, const ProtectedBy& other) {
-  return fmt::format("OPEN DATA FILE={}{} NAME={} TYPESWITH={}{}.\n", quotedInJob(data.file),
+// What becomes of the comparison dataset's variables, under keywords that begin so.
+std::string changesInJob(const CompareRequest& request, const std::string& beginning) {
+  std::string changes;
+  for (const auto& [former, name] : request.renamed) {
+    changes += fmt::format("{} {} TO {}", changes.empty() ? "" : ",", nameInJob(former), nameInJob(name));
+  }
+  if (!changes.empty()) changes = fmt::format(" {}RENAME={}", beginning, changes.substr(1));
+  if (!request.dropped.empty()) changes += fmt::format(" {}DROP={}", beginning, namesInJob(request.dropped));
+  return changes;
+}
+
+std::string openCommand(const ProtectedBy& data, const std::string& handle, const ProtectedBy& other,
+                        const std::string& changes) {
+  return fmt::format("OPEN DATA FILE={}{} NAME={} TYPESWITH={}{}{}.\n", quotedInJob(data.file),
                      passwordInJob("PASSWORD", data.password), handle, quotedInJob(other.file),
-                     passwordInJob("TYPESPASSWORD", other.password));
+                     passwordInJob("TYPESPASSWORD", other.password), changes);
 }
 
 // Both datasets, at the same time; the comparison side as the active side's variables cut the IDs.
@@ -140,8 +152,8 @@ std::string compareJob(const CompareRequest& request) {
 
   const ProtectedBy active{request.active, request.passwords.input};
   const ProtectedBy comparison{request.comparison, request.passwords.comparison};
-  job += openCommand(active, activeHandle, comparison);
-  job += openCommand(comparison, comparisonHandle, active);
+  job += openCommand(active, activeHandle, comparison, changesInJob(request, "TYPES"));
+  job += openCommand(comparison, comparisonHandle, active, changesInJob(request, ""));
   job += fmt::format("ACTIVATE DATASET NAME={}.\n", activeHandle);
   job += sortCommand(request);
   job += checkCommand(request);

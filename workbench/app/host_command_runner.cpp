@@ -59,6 +59,20 @@ class Keywords {
     for (const TokenInfoObj& token : value->getTokenList()) names.push_back(token.getString());
     return names;
   }
+  // "a TO b c TO d" as pairs; nothing when it is not written so.
+  std::optional<std::vector<std::pair<std::string, std::string>>> renamings(std::string_view name) const {
+    std::vector<std::pair<std::string, std::string>> pairs;
+    const ParamObj* value = find(name);
+    const std::vector<TokenInfoObj> tokens = value == nullptr ? std::vector<TokenInfoObj>() : value->getTokenList();
+    if (tokens.size() % 3 != 0) return std::nullopt;
+    for (std::size_t index = 0; index < tokens.size(); index += 3) {
+      const TokenInfoObj& between = tokens[index + 1];
+      const bool isTo = between.getKind() == TokenInfoObj::Kind::word && text::sameName(between.getString(), "TO");
+      if (!isTo) return std::nullopt;
+      pairs.emplace_back(tokens[index].getString(), tokens[index + 2].getString());
+    }
+    return pairs;
+  }
   // One name; nothing for the word NONE.
   std::optional<std::string> name(std::string_view keyword) const {
     const std::vector<std::string> all = names(keyword);
@@ -88,11 +102,25 @@ struct Surroundings {
   }
 };
 
+// The changes that two keywords ask for. False, after a refusal, when they are not written as changes are.
+bool readChanges(const Surroundings& at, const char* renameKeyword, const char* dropKeyword,
+                 data::VariableChanges& changes) {
+  const auto renamings = at.keywords.renamings(renameKeyword);
+  if (!renamings) {
+    return at.run.refuse({text::sentence("This is no list of old and new names."), renameKeyword,
+                          text::sentence("Write it so: ^1.", {"a TO b, c TO d"})});
+  }
+  changes = {*renamings, at.keywords.names(dropKeyword)};
+  return true;
+}
+
 bool openData(const Surroundings& at) {
   data::OpenOptions options;
   options.password = at.keywords.password("PASSWORD");
   options.typesWith = at.keywords.textIfGiven("TYPESWITH");
   options.typesPassword = at.keywords.password("TYPESPASSWORD");
+  if (!readChanges(at, "RENAME", "DROP", options.changes)) return false;
+  if (!readChanges(at, "TYPESRENAME", "TYPESDROP", options.typesChanges)) return false;
   const auto dataset = data::openDataset(at.keywords.text("FILE"), options);
   if (!dataset) return at.run.refuse(dataset.problem());
   return at.settle(at.session.datasets.open(*dataset, at.keywords.textIfGiven("NAME")));

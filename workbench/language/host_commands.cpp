@@ -28,13 +28,18 @@ constexpr bool optional = false;
 
 const std::vector<CommandRow>& commandRows() {
   static const std::vector<CommandRow> rows = {
+      // RENAME: old TO new, for every variable. Keywords of that beginning are about the file of TYPESWITH.
       {"OPEN DATA",
        "Open Data",
        {{"FILE", Spec::stringOrWord, required},
         {"PASSWORD", Spec::stringOrWord, optional},
         {"NAME", Spec::wordOrString, optional},
         {"TYPESWITH", Spec::stringOrWord, optional},
-        {"TYPESPASSWORD", Spec::stringOrWord, optional}}},
+        {"TYPESPASSWORD", Spec::stringOrWord, optional},
+        {"RENAME", Spec::nameList, optional},
+        {"DROP", Spec::nameList, optional},
+        {"TYPESRENAME", Spec::nameList, optional},
+        {"TYPESDROP", Spec::nameList, optional}}},
       {"ACTIVATE DATASET", "Activate Dataset", {{"NAME", Spec::wordOrString, required}}},
       {"CLOSE DATASET", "Close Dataset", {{"NAME", Spec::wordOrString, required}}},
       {"SAVE DATA", "Save Data", {{"FILE", Spec::stringOrWord, required}, {"PASSWORD", Spec::stringOrWord, optional}}},

@@ -9,6 +9,7 @@
 #include "workbench/data/descriptors/data_package.h"
 #include "workbench/data/descriptors/json_text.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
 #include "workbench/text/wording.h"
 
@@ -75,6 +76,8 @@ Outcome<DictionaryPlace> dictionaryPlaceOf(const std::string& dataPath) {
   }
   return DictionaryPlace{packagePath, true};
 }
+
+bool isSchemaName(std::string_view path) { return hasEnding(plainName(path), schemaEnding); }
 
 std::string schemaPathOf(const std::string& dataPath) {
   std::string own = schemaAfter(plainName(dataPath), dataPath);

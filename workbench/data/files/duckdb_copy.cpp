@@ -27,7 +27,7 @@ Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, 
   Outcome<std::unique_ptr<OutputFile>> file = OutputFile::create(path, password);
   if (!file) return file.problem();
   std::unique_ptr<DuckDbCopy> copy(new DuckDbCopy(std::move(*file), std::move(columns)));
-  if (packing != Packing::none) {
+  if (packing != Packing::none || !copy->file_->canBeOpened()) {
     Outcome<std::unique_ptr<PackingPipe>> pipe = PackingPipe::open(*copy->file_, packing);
     if (!pipe) return pipe.problem();
     copy->pipe_ = std::move(*pipe);

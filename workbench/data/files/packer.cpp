@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "workbench/text/wording.h"
@@ -80,11 +81,28 @@ class ZstdPacker final : public Packer {
   bool isUsedUp_ = true;
 };
 
+// Leaves the text as it is.
+class NoPacker final : public Packer {
+ public:
+  void take(std::string_view text, TextPart /*part*/) override { text_ = text; }
+  Outcome<std::string_view> next() override { return std::exchange(text_, {}); }
+
+ private:
+  std::string_view text_;
+};
+
 }  // namespace
 
 std::unique_ptr<Packer> makePacker(Packing packing) {
-  if (packing == Packing::gzip) return std::make_unique<GzipPacker>();
-  return std::make_unique<ZstdPacker>();
+  switch (packing) {
+    case Packing::gzip:
+      return std::make_unique<GzipPacker>();
+    case Packing::zstd:
+      return std::make_unique<ZstdPacker>();
+    case Packing::none:
+      break;
+  }
+  return std::make_unique<NoPacker>();
 }
 
 }  // namespace workbench::data

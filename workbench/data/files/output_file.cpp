@@ -98,7 +98,7 @@ Outcome<std::unique_ptr<OutputFile>> OutputFile::openStream(const std::string& p
   if (descriptor < 0) return creationProblem(errno, path);
   if ((::fcntl(descriptor, F_GETFL) & O_ACCMODE) == O_RDONLY) {
     ::close(descriptor);
-    return Problem{"This stream cannot be written to.", path, ""};
+    return Problem{text::sentence("This stream cannot be written to."), path, ""};
   }
   // Whoever stops reading fails the command, which then leaves nothing of its other outputs behind.
   ::signal(SIGPIPE, SIG_IGN);

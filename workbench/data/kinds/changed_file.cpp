@@ -1,11 +1,12 @@
 #include "workbench/data/kinds/changed_file.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 #include <utility>
+
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -113,18 +114,20 @@ class ChangedFile final : public DataFile {
   }
 
   void takeRoles() {
-    if (whole().filter >= 0) dictionary_.filter = keptInRole(whole().filter, "filter");
-    if (whole().weight >= 0) dictionary_.weight = keptInRole(whole().weight, "weight");
+    if (whole().filter >= 0)
+      dictionary_.filter = keptInRole(whole().filter, "^1: The variable \"^2\" was dropped, which is the filter.");
+    if (whole().weight >= 0)
+      dictionary_.weight = keptInRole(whole().weight, "^1: The variable \"^2\" was dropped, which is the weight.");
     for (const std::int32_t variable : whole().split) {
-      const std::int32_t index = keptInRole(variable, "split variable");
+      const std::int32_t index =
+          keptInRole(variable, "^1: The variable \"^2\" was dropped, which is a split variable.");
       if (index >= 0) dictionary_.split.push_back(index);
     }
   }
 
-  std::int32_t keptInRole(std::int32_t variable, const char* role) {
+  std::int32_t keptInRole(std::int32_t variable, std::string_view ifDropped) {
     if (const auto index = kept(variable)) return *index;
-    warnings_.push_back(
-        fmt::format("{}: The variable \"{}\" was dropped, which is the {}.", path(), whole().at(variable).name, role));
+    warnings_.push_back(text::sentence(ifDropped, {path(), whole().at(variable).name}));
     return -1;
   }
 

@@ -1,7 +1,5 @@
 #include "workbench/data/kinds/changed_table.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <optional>
 #include <unordered_map>
@@ -10,6 +8,7 @@
 #include "workbench/data/kinds/changed_file.h"
 #include "workbench/text/folding.h"
 #include "workbench/text/nearest_word.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -33,7 +32,9 @@ class ColumnChanges {
       kept.columns.push_back(column);
       kept.names.push_back(names_[column]);
     }
-    if (kept.columns.empty()) return Problem{"All variables are dropped.", path_, "Keep one at least."};
+    if (kept.columns.empty()) {
+      return Problem{text::sentence("All variables are dropped."), path_, text::sentence("Keep one at least.")};
+    }
     if (const auto unique = checkUnique(kept); !unique) return unique.problem();
     return kept;
   }
@@ -41,7 +42,7 @@ class ColumnChanges {
  private:
   Outcome<Done> drop(const VariableChanges& changes) {
     for (const std::string& name : changes.dropped) {
-      const auto column = columnOf(name, "drop");
+      const auto column = columnOf(name, "There is no variable \"^1\" to drop.");
       if (!column) return column.problem();
       isDropped_[*column] = true;
     }
@@ -51,19 +52,20 @@ class ColumnChanges {
   Outcome<Done> rename(const VariableChanges& changes) {
     std::vector<bool> isRenamed(names_.size(), false);
     for (const auto& [former, name] : changes.renamed) {
-      const auto column = columnOf(former, "rename");
+      const auto column = columnOf(former, "There is no variable \"^1\" to rename.");
       if (!column) return column.problem();
       if (isDropped_[*column]) {
-        return Problem{fmt::format("The variable \"{}\" is both renamed and dropped.", former), path_,
-                       "Do one of them."};
+        return Problem{text::sentence("The variable \"^1\" is both renamed and dropped.", {former}), path_,
+                       text::sentence("Do one of them.")};
       }
       if (isRenamed[*column]) {
-        return Problem{fmt::format("The variable \"{}\" is renamed twice.", former), path_, "Give it one name."};
+        return Problem{text::sentence("The variable \"^1\" is renamed twice.", {former}), path_,
+                       text::sentence("Give it one name.")};
       }
       // A dictionary without variables takes a name as it is when all its characters may stand in one.
       if (name.empty() || Dictionary().goodName(name) != name) {
-        return Problem{fmt::format("\"{}\" is no name that a variable can have.", name), path_,
-                       "Leave out characters that cannot be seen."};
+        return Problem{text::sentence("\"^1\" is no name that a variable can have.", {name}), path_,
+                       text::sentence("Leave out characters that cannot be seen.")};
       }
       isRenamed[*column] = true;
       names_[*column] = name;
@@ -71,12 +73,13 @@ class ColumnChanges {
     return Done{};
   }
 
-  Outcome<std::size_t> columnOf(const std::string& name, const char* act) const {
+  Outcome<std::size_t> columnOf(const std::string& name, std::string_view ifNone) const {
     const auto found = byName_.find(text::foldedName(name));
     if (found != byName_.end()) return found->second;
     const auto nearest = text::nearestWord(name, formerNames_);
-    return Problem{fmt::format("There is no variable \"{}\" to {}.", name, act), path_,
-                   nearest ? fmt::format("Did you mean \"{}\"?", *nearest) : "Name one of the file's columns."};
+    return Problem{text::sentence(ifNone, {name}), path_,
+                   nearest ? text::sentence("Did you mean \"^1\"?", {*nearest})
+                           : text::sentence("Name one of the file's columns.")};
   }
 
   Outcome<Done> checkUnique(const KeptColumns& kept) const {
@@ -84,9 +87,10 @@ class ColumnChanges {
     for (std::size_t index = 0; index < kept.columns.size(); ++index) {
       const auto [other, isNew] = taken.emplace(text::foldedName(kept.names[index]), kept.columns[index]);
       if (isNew) continue;
-      return Problem{fmt::format("The variables \"{}\" and \"{}\" would both be named \"{}\".",
-                                 formerNames_[other->second], formerNames_[kept.columns[index]], kept.names[index]),
-                     path_, "Rename or drop one of them."};
+      return Problem{
+          text::sentence("The variables \"^1\" and \"^2\" would both be named \"^3\".",
+                         {formerNames_[other->second], formerNames_[kept.columns[index]], kept.names[index]}),
+          path_, text::sentence("Rename or drop one of them.")};
     }
     return Done{};
   }

@@ -49,9 +49,14 @@ TEST(CommandLine, TheLimitIsFrom1To10000OrNone) {
   }
 }
 
-TEST(CommandLine, OptionsThatDoNotWorkYetAreRefusedByName) {
-  for (const char* later : {"--rename", "--drop"}) {
-    EXPECT_NE(refusal({"compare", "a", "b", later, "x"}).find(later), std::string::npos) << later;
+TEST(CommandLine, ReadsRenamingsAndWhatIsDropped) {
+  const auto options = read({"compare", "a", "b", "--rename", "x=y,p=a b", "--rename", "q=r=s", "--drop", "u,v"});
+  ASSERT_TRUE(options) << options.problem().text();
+  const std::vector<std::pair<std::string, std::string>> renamed = {{"x", "y"}, {"p", "a b"}, {"q", "r=s"}};
+  EXPECT_EQ(compareOf(options).renamed, renamed);
+  EXPECT_EQ(compareOf(options).dropped, (std::vector<std::string>{"u", "v"}));
+  for (const char* bad : {"x", "=x", "x=", "a=b,c"}) {
+    EXPECT_NE(refusal({"compare", "a", "b", "--rename", bad}).find("--rename"), std::string::npos) << bad;
   }
 }
 

@@ -18,6 +18,7 @@ TEST(CompareJob, PairsByPositionAndSortsNothingWithoutCaseIds) {
             "OPEN DATA FILE='a.csv' NAME=active TYPESWITH='b.csv'.\n"
             "OPEN DATA FILE='b.csv' NAME=comparison TYPESWITH='a.csv'.\n"
             "ACTIVATE DATASET NAME=active.\n"
+            "CHECK DATASETS WITH=comparison.\n"
             "COMPARE DATASETS\n"
             "  /COMPDATASET=comparison\n"
             "  /VARIABLES=ALL\n"
@@ -29,7 +30,8 @@ TEST(CompareJob, SortsBothSidesByTheCaseIdsAsTheActiveSideCutsThem) {
   CompareRequest wanted = request();
   wanted.ids = {"id", "visit day"};
   const std::string job = compareJob(wanted);
-  EXPECT_NE(job.find("ACTIVATE DATASET NAME=active.\nSORT CASES BY=id 'visit day' WITH=comparison WHEN=NEEDED.\n"),
+  EXPECT_NE(job.find("ACTIVATE DATASET NAME=active.\nSORT CASES BY=id 'visit day' WITH=comparison WHEN=NEEDED.\n"
+                     "CHECK DATASETS WITH=comparison KEYS=id 'visit day'.\n"),
             std::string::npos)
       << job;
   EXPECT_NE(job.find("  /CASEID=id 'visit day'\n"), std::string::npos) << job;
@@ -42,6 +44,19 @@ TEST(CompareJob, SortsAlwaysOrNeverWhenAsked) {
   EXPECT_NE(compareJob(wanted).find("SORT CASES BY=id WITH=comparison.\n"), std::string::npos);
   wanted.sort = SortChoice::never;
   EXPECT_EQ(compareJob(wanted).find("SORT CASES"), std::string::npos);
+  EXPECT_NE(compareJob(wanted).find("CHECK DATASETS WITH=comparison KEYS=id.\n"), std::string::npos);
+}
+
+TEST(CompareJob, ChangesTheComparisonSidesNamesAlsoWhereTheOtherSideLooksForTypes) {
+  CompareRequest wanted = request();
+  wanted.renamed = {{"gender", "sex"}, {"last one", "to"}};
+  wanted.dropped = {"u", "v 2"};
+  const std::string job = compareJob(wanted);
+  EXPECT_EQ(job.substr(0, job.find("ACTIVATE")),
+            "OPEN DATA FILE='a.csv' NAME=active TYPESWITH='b.csv' TYPESRENAME=gender TO sex, 'last one' TO to "
+            "TYPESDROP=u 'v 2'.\n"
+            "OPEN DATA FILE='b.csv' NAME=comparison TYPESWITH='a.csv' RENAME=gender TO sex, 'last one' TO to "
+            "DROP=u 'v 2'.\n");
 }
 
 TEST(CompareJob, DoublesQuotesInsideNames) {

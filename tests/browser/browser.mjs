@@ -23,6 +23,7 @@ export function launch() {
 // A page of the report, and all that it said or asked for beside the report itself.
 export async function open(browser, path, { settle = true, ...options } = {}) {
   const context = await browser.newContext({ offline: false, ...options });
+  context.setDefaultTimeout(120_000);  // a machine that does other work takes its time
   const page = await context.newPage();
   const url = `file://${path}`;
   const complaints = [];

@@ -74,7 +74,7 @@ Document hostileDocument() {
 
 void write(const std::string& folder, const std::string& name, const Document& document) {
   std::ofstream file(folder + "/" + name + ".html", std::ios::binary);
-  writeHtmlReport(file, document, TextOptions{.wording = english(), .moment = 0});
+  writeHtmlReport(file, document, TextOptions{.wording = english(), .moment = MomentOfResults{}});
 }
 
 int writeAll(const std::string& folder) {

@@ -35,7 +35,11 @@ TEST(GrammarHelp, ShowsWhatIsRequiredWithoutBrackets) {
             "  [PASSWORD='text']\n"
             "  [NAME=name|'text']\n"
             "  [TYPESWITH='text']\n"
-            "  [TYPESPASSWORD='text']\n");
+            "  [TYPESPASSWORD='text']\n"
+            "  [RENAME=name ...|'text']\n"
+            "  [DROP=name ...|'text']\n"
+            "  [TYPESRENAME=name ...|'text']\n"
+            "  [TYPESDROP=name ...|'text']\n");
   EXPECT_EQ(grammarHelp(drawGrammar()),
             "DRAW: Draw\n"
             "  [name ...|'text']\n"

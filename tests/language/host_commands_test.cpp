@@ -13,6 +13,7 @@ TEST(HostCommands, ReadTheJobThatShowsThemAll) {
                      "ACTIVATE DATASET NAME=first.\n"
                      "SORT CASES BY=a b, 'c d'.\n"
                      "SORT CASES BY=a LIKE=second WHEN=NEEDED.\nSORT CASES BY=a WITH=second.\n"
+                     "CHECK DATASETS WITH=second.\nCHECK DATASETS WITH=second KEYS=a 'c d'.\n"
                      "FILTER CASES BY=v.\nWEIGHT CASES BY=NONE.\nSPLIT CASES BY=a b.\n"
                      "DESCRIBE DATA.\n"
                      "SET OPTIONS TOLERANCE=1e-9 COLLATION='de-u-co-phonebk'.\nSET OPTIONS.\n"
@@ -23,6 +24,7 @@ TEST(HostCommands, ReadTheJobThatShowsThemAll) {
             "ACTIVATE DATASET NAME=first\n"
             "SORT CASES BY=a b 'c d'\n"
             "SORT CASES BY=a LIKE=second WHEN=NEEDED\nSORT CASES BY=a WITH=second\n"
+            "CHECK DATASETS WITH=second\nCHECK DATASETS WITH=second KEYS=a 'c d'\n"
             "FILTER CASES BY=v\nWEIGHT CASES BY=NONE\nSPLIT CASES BY=a b\n"
             "DESCRIBE DATA\n"
             "SET OPTIONS TOLERANCE=1e-9 COLLATION='de-u-co-phonebk'\nSET OPTIONS\n"
@@ -33,7 +35,7 @@ TEST(HostCommands, ReadTheJobThatShowsThemAll) {
 TEST(HostCommands, AreFoundByNameWithoutRegardToCase) {
   EXPECT_NE(hostCommand("sort cases"), nullptr);
   EXPECT_EQ(hostCommand("SORT"), nullptr);
-  EXPECT_EQ(hostCommandNames().size(), 10U);
+  EXPECT_EQ(hostCommandNames().size(), 11U);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace {
 
 std::string reportOf(const Document& document, const text::Wording& wording = english()) {
   std::ostringstream out;
-  writeHtmlReport(out, document, TextOptions{.wording = wording, .moment = 1795311360});
+  writeHtmlReport(out, document, TextOptions{.wording = wording, .moment = MomentOfResults{1795311360}});
   return out.str();
 }
 

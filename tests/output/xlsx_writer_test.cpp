@@ -167,12 +167,15 @@ TEST(XlsxWriter, SaysThatThereIsNothingToShow) {
 }
 
 TEST(XlsxWriter, NamesTheDateThatItIsGivenElseTheFirstThatAnArchiveCanName) {
-  const auto dated = [](std::optional<std::int64_t> date) {
-    return textOfWorkbook(bytesOf(Document{}, TextOptions{.wording = english(), .date = date}));
+  const auto dated = [](std::optional<MomentOfResults> moment) {
+    return textOfWorkbook(bytesOf(Document{}, TextOptions{.wording = english(), .moment = moment}));
   };
   EXPECT_TRUE(dated({}).starts_with("created 1980-01-01T00:00:00Z\n")) << dated({});
-  EXPECT_TRUE(dated(1795305600).starts_with("created 2026-11-22T00:00:00Z\n")) << dated(1795305600);
-  EXPECT_TRUE(dated(0).starts_with("created 1970-01-01T00:00:01Z\n")) << dated(0);
+  const auto given = [&](std::int64_t seconds) { return dated(MomentOfResults{seconds, true}); };
+  EXPECT_TRUE(given(1795305600).starts_with("created 2026-11-22T00:00:00Z\n")) << given(1795305600);
+  EXPECT_TRUE(given(0).starts_with("created 1970-01-01T00:00:01Z\n")) << given(0);
+  EXPECT_TRUE(dated(MomentOfResults{1795305600, false}).starts_with("created 1980-01-01T00:00:00Z\n"))
+      << "what is only now is no part of a workbook that is to be the same every time";
 }
 
 TEST(XlsxWriter, TellsAnErrorOfTheLibrary) {

@@ -111,13 +111,6 @@ TEST(BadInput, AFileThatTheUserMayNotReadIsNamed) {
   expectParts(bad.errorOf(), {"bad.csv"});
 }
 
-TEST(BadInput, AnOptionThatDoesNotWorkYetIsRefused) {
-  BadFile bad("id,x\n1,2\n");
-  const ProgramResult result = bad.folder.run({"compare", "good.csv", "bad.csv", "--rename", "x=y"});
-  EXPECT_EQ(result.status, 2);
-  expectParts(result.err, {"--rename"});
-}
-
 TEST(OddInput, AHeaderAloneIsADatasetOfNoCases) {
   const ProgramFolder folder;
   folder.write("none.csv", "id,x\n");

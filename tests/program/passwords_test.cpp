@@ -249,6 +249,18 @@ TEST(PasswordPrompt, ThatIsBrokenOffLeavesTheTerminalAsItWas) {
   EXPECT_TRUE(program.isEchoing());
 }
 
+TEST(PasswordPrompt, ThatIsEndedFromOutsideLeavesTheTerminalAsItWas) {
+  const TwoProtectedFiles files;
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    ProgramOnTerminal program(files.folder, {"describe", "a.csv.pgp", "--password-file", "-"});
+    program.waitFor("Password: ");
+    EXPECT_FALSE(program.isEchoing());
+    program.sendSignal(signal);
+    EXPECT_EQ(program.statusAtEnd(), 128 + signal) << program.shown();
+    EXPECT_TRUE(program.isEchoing()) << "signal " << signal;
+  }
+}
+
 TEST(PasswordPrompt, ThatHasNoTerminalSaysSo) {
   const TwoProtectedFiles files;
   ProgramOnTerminal program(files.folder, {"describe", "a.csv.pgp", "--password-file", "-"}, WithoutTerminal{});

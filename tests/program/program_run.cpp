@@ -97,9 +97,13 @@ void ProgramFolder::expectValidDocument(const std::vector<std::string>& argument
   const std::string file = valueOf("-o");
   const bool isJson = valueOf("--format") == "json" || (valueOf("--format").empty() && file.ends_with(".json"));
   const bool isQuiet = file.empty() && std::find(arguments.begin(), arguments.end(), "-q") != arguments.end();
-  // A run that is refused before its first command writes no document.
-  const bool isRefused = result.status == 2 && (file.empty() ? result.out.empty() : !has(file));
-  if (isJson && !isQuiet && !isRefused) expectValidResults(file.empty() ? result.out : read(file));
+  // A pipe or a stream keeps nothing that could be looked at.
+  const bool isKept = file.empty() || !has(file) || std::filesystem::is_regular_file(path(file));
+  if (!isJson || isQuiet || !isKept) return;
+  // A run that is refused before its first command writes no document; what was there stays.
+  const std::string written = file.empty() ? result.out : has(file) ? read(file) : "";
+  const bool isDocument = file.empty() ? !written.empty() : written.find("\"verdict\"") != std::string::npos;
+  if (result.status != 2 || isDocument) expectValidResults(written);
 }
 
 nlohmann::json ProgramFolder::results(std::vector<std::string> arguments) const {

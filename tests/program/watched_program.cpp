@@ -115,6 +115,8 @@ void ProgramOnTerminal::type(const std::string& keys) {
   }
 }
 
+void ProgramOnTerminal::sendSignal(int signal) const { ::kill(child_, signal); }
+
 bool ProgramOnTerminal::isEchoing() const {
   termios modes{};
   return ::tcgetattr(programsEnd_, &modes) == 0 && (modes.c_lflag & ECHO) != 0;

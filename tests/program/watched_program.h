@@ -25,6 +25,7 @@ class ProgramOnTerminal {
   // Until the text was shown, behind what was waited for before; fails the test when the program ends without it.
   void waitFor(const std::string& text);
   void type(const std::string& keys);
+  void sendSignal(int signal) const;
   bool isEchoing() const;
   std::string commandLine() const;
   int statusAtEnd();

@@ -61,6 +61,39 @@ TEST(KeysInUse, OfTheWorkbenchsOwnSentencesHaveWordingInEveryLanguage) {
   expectWordingOf(keys);
 }
 
+// Where whatever reads as language is said to people; what is not stands among the exceptions.
+const std::vector<std::string> dataFolders = {"workbench/data", "workbench/runtime"};
+const std::set<std::string> saidToNobody = {"; last read: '"};  // of the parser's own messages, where they are cut
+
+// A sentence, a clause or a phrase; a pattern at least.
+bool readsAsLanguage(const std::string& literal) {
+  const auto isSmall = [](char character) { return character >= 'a' && character <= 'z'; };
+  for (std::size_t at = 1; at + 1 < literal.size(); ++at) {
+    if (literal[at] == ' ' && isSmall(literal[at - 1]) && isSmall(literal[at + 1])) return true;
+  }
+  return isKey(literal) || literal.find("^1") != std::string::npos;
+}
+
+TEST(KeysInUse, OfAllThatTheDataRoomsSayHaveWordingInEveryLanguage) {
+  std::set<std::string> keys;
+  for (const SourceLiteral& literal : sourceLiterals(dataFolders)) {
+    if (readsAsLanguage(literal.text) && !saidToNobody.contains(literal.text)) keys.insert(literal.text);
+  }
+  ASSERT_GT(keys.size(), 300U);
+  expectWordingOf(keys);
+}
+
+TEST(KeysInUse, AreLookedUpWhereTheDataRoomsTellOfProblems) {
+  std::size_t lookedUp = 0;
+  for (const SourceLiteral& literal : sourceLiterals(dataFolders)) {
+    for (const char* const unlooked : {"Problem{", "ErrorText(", "Problem{fmt::format(", "Text(fmt::format("}) {
+      EXPECT_FALSE(literal.before.ends_with(unlooked) && !literal.text.empty()) << literal.text;
+    }
+    if (literal.before.ends_with("{text::sentence(")) ++lookedUp;
+  }
+  EXPECT_GT(lookedUp, 20U);
+}
+
 TEST(KeysInUse, AreFoundInSourcesAsTheCompilerReadsThem) {
   const std::vector<SourceLiteral> found = literalsOf(
       "say('\"', \"a\" // \"no\"\n  \"b\\n\", true); /* \"no\" */ const int n = 1'000; f(R\"x(raw \"\\)x\");");

@@ -108,8 +108,8 @@ TEST(Wording, OfAnAbbreviatedKeyBeginsAsTheKeyDoes) {
   const auto english = loaded("en");
   for (const std::string& key : english->keys()) {
     const std::size_t points = key.find("...");
-    // One key is misspelled; its wording is not.
-    if (points == std::string::npos || key.starts_with("(1)")) continue;
+    // One key is misspelled; its wording is not. In quotes points stand for what somebody writes there.
+    if (points == std::string::npos || key.starts_with("(1)") || key.find("'...'") != std::string::npos) continue;
     EXPECT_TRUE(english->resolve(key).starts_with(key.substr(0, points))) << key;
     EXPECT_EQ(english->resolve(key).find("..."), std::string::npos) << key;
   }
@@ -118,6 +118,7 @@ TEST(Wording, OfAnAbbreviatedKeyBeginsAsTheKeyDoes) {
 TEST(Sentence, PutsItsItemsWhereTheWordingSays) {
   EXPECT_EQ(sentence("^2 before ^1, not ^3", {"a", "b"}), "b before a, not ^3");
   EXPECT_EQ(sentence("^1", {"^1"}), "^1");
+  EXPECT_EQ(sentence("^1 {0} ^2", {"^2{}", "{1}"}), "^2{} {0} {1}");
 }
 
 TEST(Sentence, IsInTheLanguageOfTheRun) {

@@ -13,27 +13,6 @@ namespace workbench::app {
 
 namespace {
 
-// Options of the manual that this version cannot serve yet are refused by name, never passed over.
-struct LaterOption {
-  const char* name;
-  bool takesValue;
-};
-constexpr LaterOption laterCompareOptions[] = {
-    {"--rename", true},
-    {"--drop", true},
-};
-
-void refuseLater(CLI::App& command, const LaterOption& option) {
-  const auto refuse = [name = std::string(option.name)] {
-    throw CLI::ValidationError(name, "does not work in this version yet; leave it out");
-  };
-  if (option.takesValue) {
-    command.add_option_function<std::string>(option.name, [refuse](const std::string&) { refuse(); })->group("");
-  } else {
-    command.add_flag_callback(option.name, refuse)->group("");
-  }
-}
-
 void addAppearance(CLI::App& command, const std::string& name, Appearance& appearance, const std::string& help) {
   static const std::map<std::string, Appearance> choices = {
       {"auto", Appearance::automatic}, {"always", Appearance::always}, {"never", Appearance::never}};
@@ -85,6 +64,13 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
       ->delimiter(',')
       ->type_name("A,B");
   command
+      .add_option("--rename", compare.renamings, "Other names for variables of COMPARISON, before anything is paired")
+      ->delimiter(',')
+      ->type_name("OLD=NEW");
+  command.add_option("--drop", request.dropped, "Variables of COMPARISON that are left out")
+      ->delimiter(',')
+      ->type_name("A,B");
+  command
       .add_option(
           "--properties", request.properties,
           "Dictionary properties to compare: all, none, or some of width, label, valuelabels, missing, columns, "
@@ -115,7 +101,6 @@ void addCompare(CLI::App& program, CompareCommand& compare) {
                   "for the data files that are written, whose names end in .pgp");
   command.add_flag("--show-syntax", compare.showSyntax, "Print the job that is run first");
   addOutputOptions(command, compare.output);
-  for (const LaterOption& option : laterCompareOptions) refuseLater(command, option);
 }
 
 void addRun(CLI::App& program, RunCommand& run) {
@@ -175,6 +160,18 @@ Outcome<Done> settleProperties(std::vector<std::string>& properties) {
   return Done{};
 }
 
+// "old=new", parted at the first sign.
+Outcome<Done> settleRenamings(CompareCommand& compare) {
+  for (const std::string& renaming : compare.renamings) {
+    const std::size_t sign = renaming.find('=');
+    if (sign == std::string::npos || sign == 0 || sign + 1 == renaming.size()) {
+      return Problem{fmt::format("\"{}\" is no renaming.", renaming), "--rename", "Write OLD=NEW."};
+    }
+    compare.request.renamed.emplace_back(renaming.substr(0, sign), renaming.substr(sign + 1));
+  }
+  return Done{};
+}
+
 Outcome<Done> checkLimit(const CompareRequest& request) {
   if (!request.limit || *request.limit == "none") return Done{};
   const std::string& text = *request.limit;
@@ -189,7 +186,9 @@ Outcome<Done> checkTolerance(const CompareRequest& request) {
   return Problem{"The tolerance has to be a number from 0 to below 1.", "--tolerance", ""};
 }
 
-Outcome<Done> settle(CompareRequest& request) {
+Outcome<Done> settle(CompareCommand& compare) {
+  if (auto settled = settleRenamings(compare); !settled) return settled;
+  CompareRequest& request = compare.request;
   if (auto settled = settleProperties(request.properties); !settled) return settled;
   if (auto checked = checkLimit(request); !checked) return checked;
   return checkTolerance(request);
@@ -233,7 +232,7 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
 
   if (program.got_subcommand("compare")) {
     compare.propertiesAreAsked = program.get_subcommand("compare")->count("--properties") != 0;
-    if (auto settled = settle(compare.request); !settled) return settled.problem();
+    if (auto settled = settle(compare); !settled) return settled.problem();
     options.command = compare;
   } else if (program.got_subcommand("run")) {
     options.command = run;

@@ -32,7 +32,8 @@ struct OutputChoice {
 
 struct CompareCommand {
   CompareRequest request;
-  bool propertiesAreAsked = false;  // else all are compared when both datasets bring a dictionary
+  std::vector<std::string> renamings;  // as written; the request has them parted
+  bool propertiesAreAsked = false;     // else all are compared when both datasets bring a dictionary
   OutputChoice output;
   bool showSyntax = false;
   PasswordFiles passwordFiles;

@@ -1,6 +1,7 @@
 #include "workbench/app/command_run.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/runtime.h"
 #include "workbench/data/working/handed_out.h"
@@ -41,14 +42,20 @@ CommandRun::~CommandRun() {
     const Journal::Pause pause(journal());
     data::letGoOfAllHandedOut();
   }
-  const Settings settings = currentRun().settings;  // these hold for the commands that follow
-  currentRun() = CurrentRun();
-  currentRun().settings = settings;
-  currentRun().wording = wordingBefore_;
+  CurrentRun between;
+  between.settings = currentRun().settings;  // these hold for the commands that follow
+  between.wording = wordingBefore_;
+  currentRun() = between;
 }
 
 void CommandRun::say(BpErrorLevel level, const std::string& sentence) {
   command_.items.emplace_back(output::hostMessage(level, sentence));
+}
+
+void CommandRun::say(BpErrorLevel level, output::Text text) {
+  output::Message message = output::hostMessage(level, "");
+  message.text = std::move(text);
+  command_.items.emplace_back(std::move(message));
 }
 
 bool CommandRun::refuse(const Problem& problem) {

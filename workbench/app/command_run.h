@@ -22,6 +22,7 @@ class CommandRun {
 
   // Adds a message of the host: a note, a warning, or the error that stands in the command's way.
   void say(BpErrorLevel level, const std::string& sentence);
+  void say(BpErrorLevel level, output::Text text);
   // The same for a problem; always false.
   bool refuse(const Problem& problem);
 

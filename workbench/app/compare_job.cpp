@@ -59,10 +59,22 @@ struct ProtectedBy {
   const std::string& password;
 };
 
-std::string openCommand(const ProtectedBy& data, const std::string& handle, const ProtectedBy& other) {
-  return fmt::format("OPEN DATA FILE={}{} NAME={} TYPESWITH={}{}.\n", quotedInJob(data.file),
+// What becomes of the comparison dataset's variables, under keywords that begin so.
+std::string changesInJob(const CompareRequest& request, const std::string& beginning) {
+  std::string changes;
+  for (const auto& [former, name] : request.renamed) {
+    changes += fmt::format("{} {} TO {}", changes.empty() ? "" : ",", nameInJob(former), nameInJob(name));
+  }
+  if (!changes.empty()) changes = fmt::format(" {}RENAME={}", beginning, changes.substr(1));
+  if (!request.dropped.empty()) changes += fmt::format(" {}DROP={}", beginning, namesInJob(request.dropped));
+  return changes;
+}
+
+std::string openCommand(const ProtectedBy& data, const std::string& handle, const ProtectedBy& other,
+                        const std::string& changes) {
+  return fmt::format("OPEN DATA FILE={}{} NAME={} TYPESWITH={}{}{}.\n", quotedInJob(data.file),
                      passwordInJob("PASSWORD", data.password), handle, quotedInJob(other.file),
-                     passwordInJob("TYPESPASSWORD", other.password));
+                     passwordInJob("TYPESPASSWORD", other.password), changes);
 }
 
 // Both datasets, at the same time; the comparison side as the active side's variables cut the IDs.
@@ -70,6 +82,12 @@ std::string sortCommand(const CompareRequest& request) {
   if (request.ids.empty() || request.sort == SortChoice::never) return {};
   return fmt::format("SORT CASES BY={} WITH={}{}.\n", namesInJob(request.ids), comparisonHandle,
                      request.sort == SortChoice::whenNeeded ? " WHEN=NEEDED" : "");
+}
+
+// What should be known of them, whether they were sorted or not.
+std::string checkCommand(const CompareRequest& request) {
+  const std::string keys = request.ids.empty() ? "" : " KEYS=" + namesInJob(request.ids);
+  return fmt::format("CHECK DATASETS WITH={}{}.\n", comparisonHandle, keys);
 }
 
 // A file, also where its name alone could be a dataset's handle.
@@ -134,10 +152,11 @@ std::string compareJob(const CompareRequest& request) {
 
   const ProtectedBy active{request.active, request.passwords.input};
   const ProtectedBy comparison{request.comparison, request.passwords.comparison};
-  job += openCommand(active, activeHandle, comparison);
-  job += openCommand(comparison, comparisonHandle, active);
+  job += openCommand(active, activeHandle, comparison, changesInJob(request, "TYPES"));
+  job += openCommand(comparison, comparisonHandle, active, changesInJob(request, ""));
   job += fmt::format("ACTIVATE DATASET NAME={}.\n", activeHandle);
   job += sortCommand(request);
+  job += checkCommand(request);
 
   job += fmt::format("COMPARE DATASETS\n  /COMPDATASET={}\n", comparisonHandle);
   job += fmt::format("  /VARIABLES={}\n", variablesInJob(request));

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/app/password_files.h"
@@ -16,8 +17,10 @@ struct CompareRequest {
   std::string active;
   std::string comparison;
   std::vector<std::string> ids;
-  std::vector<std::string> variables;   // empty: all
-  std::vector<std::string> properties;  // empty: none
+  std::vector<std::pair<std::string, std::string>> renamed;  // of the comparison dataset: old name, new name
+  std::vector<std::string> dropped;                          // of the same
+  std::vector<std::string> variables;                        // empty: all
+  std::vector<std::string> properties;                       // empty: none
   std::optional<std::string> flagName;
   bool noFlag = false;
   std::optional<std::string> saveActive;

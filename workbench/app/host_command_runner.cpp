@@ -1,14 +1,15 @@
 #include "workbench/app/host_command_runner.h"
 
-#include <fmt/format.h>
-
 #include <array>
 #include <charconv>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "host/parser.h"
+#include "workbench/app/dataset_notes.h"
 #include "workbench/app/dictionary_display.h"
 #include "workbench/data/output_set.h"
 #include "workbench/data/working/dataset_roles.h"
@@ -17,12 +18,12 @@
 #include "workbench/data/working/save.h"
 #include "workbench/data/working/sort.h"
 #include "workbench/language/host_commands.h"
-#include "workbench/output/value_format.h"
 #include "workbench/runtime/activity.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/journal.h"
 #include "workbench/text/folding.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::app {
 
@@ -58,6 +59,20 @@ class Keywords {
     for (const TokenInfoObj& token : value->getTokenList()) names.push_back(token.getString());
     return names;
   }
+  // "a TO b c TO d" as pairs; nothing when it is not written so.
+  std::optional<std::vector<std::pair<std::string, std::string>>> renamings(std::string_view name) const {
+    std::vector<std::pair<std::string, std::string>> pairs;
+    const ParamObj* value = find(name);
+    const std::vector<TokenInfoObj> tokens = value == nullptr ? std::vector<TokenInfoObj>() : value->getTokenList();
+    if (tokens.size() % 3 != 0) return std::nullopt;
+    for (std::size_t index = 0; index < tokens.size(); index += 3) {
+      const TokenInfoObj& between = tokens[index + 1];
+      const bool isTo = between.getKind() == TokenInfoObj::Kind::word && text::sameName(between.getString(), "TO");
+      if (!isTo) return std::nullopt;
+      pairs.emplace_back(tokens[index].getString(), tokens[index + 2].getString());
+    }
+    return pairs;
+  }
   // One name; nothing for the word NONE.
   std::optional<std::string> name(std::string_view keyword) const {
     const std::vector<std::string> all = names(keyword);
@@ -87,11 +102,25 @@ struct Surroundings {
   }
 };
 
+// The changes that two keywords ask for. False, after a refusal, when they are not written as changes are.
+bool readChanges(const Surroundings& at, const char* renameKeyword, const char* dropKeyword,
+                 data::VariableChanges& changes) {
+  const auto renamings = at.keywords.renamings(renameKeyword);
+  if (!renamings) {
+    return at.run.refuse({text::sentence("This is no list of old and new names."), renameKeyword,
+                          text::sentence("Write it so: ^1.", {"a TO b, c TO d"})});
+  }
+  changes = {*renamings, at.keywords.names(dropKeyword)};
+  return true;
+}
+
 bool openData(const Surroundings& at) {
   data::OpenOptions options;
   options.password = at.keywords.password("PASSWORD");
   options.typesWith = at.keywords.textIfGiven("TYPESWITH");
   options.typesPassword = at.keywords.password("TYPESPASSWORD");
+  if (!readChanges(at, "RENAME", "DROP", options.changes)) return false;
+  if (!readChanges(at, "TYPESRENAME", "TYPESDROP", options.typesChanges)) return false;
   const auto dataset = data::openDataset(at.keywords.text("FILE"), options);
   if (!dataset) return at.run.refuse(dataset.problem());
   return at.settle(at.session.datasets.open(*dataset, at.keywords.textIfGiven("NAME")));
@@ -116,30 +145,6 @@ bool saveData(const Surroundings& at) {
 // The active dataset's handle, or its file where it has none. Requires: a dataset is active.
 std::string nameOfActive(const Surroundings& at) {
   return at.session.datasets.activeHandle().value_or(at.session.datasets.active()->path());
-}
-
-// A row's number, and its keys as their variables show them.
-std::string rowText(const Dataset& dataset, const std::vector<std::string>& by, const data::SortedRow& row) {
-  std::string keys;
-  for (std::size_t index = 0; index < by.size(); ++index) {
-    if (index > 0) keys += ", ";
-    const data::Dictionary& dictionary = dataset.dictionary();
-    const FormatType type = dictionary.at(dictionary.find(by[index])).format.type;
-    const auto* number = std::get_if<double>(&row.keys[index]);
-    keys += number != nullptr ? output::fullNumber(*number, type) : std::get<std::string>(row.keys[index]);
-  }
-  return fmt::format("{} ({})", row.number, keys);
-}
-
-void noteSort(const Surroundings& at, const std::string& name, const Dataset& dataset, const data::SortRequest& request,
-              const data::SortResult& result) {
-  if (!result.reordered) return;
-  const auto& [earlier, later] = *result.firstOutOfOrder;
-  at.run.say(
-      BpErrorLevel::note,
-      text::sentence("Dataset ^1 was sorted by ^2: row ^3 stood before row ^4. Row numbers count the sorted cases.",
-                     {name, fmt::format("{}", fmt::join(request.by, ", ")), rowText(dataset, request.by, earlier),
-                      rowText(dataset, request.by, later)}));
 }
 
 // Null, after a refusal, when no dataset is open under the handle that the keyword gives.
@@ -170,7 +175,7 @@ bool settleSort(const Surroundings& at, const std::string& name, const Dataset& 
     problem.where = name;
     return at.run.refuse(problem);
   }
-  noteSort(at, name, dataset, request, *result);
+  if (result->reordered) at.run.say(BpErrorLevel::note, sortNote({name, dataset, request.by}, *result));
   return true;
 }
 
@@ -196,6 +201,37 @@ bool sortCases(const Surroundings& at) {
   const auto [otherResult, result] = data::sortBoth({*other, otherRequest}, {*dataset, request});
   const bool isOtherSorted = settleSort(at, at.keywords.text("WITH"), *other, otherRequest, otherResult);
   return settleSort(at, nameOfActive(at), *dataset, request, result) && isOtherSorted;
+}
+
+// Tells what is to be known of a dataset's keys. False, after a refusal, when that cannot be found out.
+bool tellKeys(const Surroundings& at, const std::string& name, Dataset& dataset, const data::SortRequest& request) {
+  const auto findings = data::checkKeys(dataset, request);
+  if (!findings) {
+    Problem problem = findings.problem();
+    problem.where = name;
+    return at.run.refuse(problem);
+  }
+  for (const std::string& note : keyNotes({name, dataset, request.by}, *findings)) at.run.say(BpErrorLevel::note, note);
+  return true;
+}
+
+bool checkDatasets(const Surroundings& at) {
+  const auto dataset = at.active();
+  if (dataset == nullptr) return false;
+  const auto other = openDatasetOf(at, "WITH");
+  if (other == nullptr) return false;
+  const std::string otherName = at.keywords.text("WITH");
+  if (auto note = onlyThereNote(otherName, other->dictionary(), dataset->dictionary())) {
+    at.run.say(BpErrorLevel::note, std::move(*note));
+  }
+  if (!at.keywords.has("KEYS")) return true;
+  const Activity::Stage stage(text::sentence("Checking keys"), Activity::Unit::cases);
+  data::SortRequest request;
+  request.by = at.keywords.names("KEYS");
+  data::SortRequest otherRequest = request;
+  otherRequest.cutWidths = widthsIn(*dataset, request.by);
+  const bool isActiveTold = tellKeys(at, nameOfActive(at), *dataset, request);
+  return tellKeys(at, otherName, *other, otherRequest) && isActiveTold;
 }
 
 bool filterCases(const Surroundings& at) {
@@ -245,6 +281,7 @@ constexpr auto commandRows = std::to_array<CommandRow>({
     {"CLOSE DATASET", closeDataset},
     {"SAVE DATA", saveData},
     {"SORT CASES", sortCases},
+    {"CHECK DATASETS", checkDatasets},
     {"FILTER CASES", filterCases},
     {"WEIGHT CASES", weightCases},
     {"SPLIT CASES", splitCases},
@@ -271,7 +308,7 @@ bool runHostCommand(Session& session, CommandRun& run) {
       }
     }
   }
-  return run.refuse({"This command of the host has nothing behind it.", run.command().name, ""});
+  return run.refuse({text::sentence("This command of the host has nothing behind it."), run.command().name, ""});
 }
 
 }  // namespace workbench::app

@@ -40,6 +40,10 @@ void noteProtectedDataOf(const std::vector<language::JobCommand>& commands) {
   }
 }
 
+bool preparesComparison(const language::JobCommand& command) {
+  return command.name == "SORT CASES" || command.name == "CHECK DATASETS";
+}
+
 // True when the command was completed.
 bool runCommand(Session& session, const language::JobCommand& jobCommand) {
   using Outcome = output::Command::Outcome;
@@ -64,9 +68,12 @@ bool runCommand(Session& session, const language::JobCommand& jobCommand) {
 void runJob(Session& session, std::string_view job, OnError onError) {
   const std::vector<language::JobCommand> commands = language::readJob(job, knownCommands(session));
   noteProtectedDataOf(commands);
+  bool isPreparing = true;  // until a preparation was refused, what prepares the comparison is done
   for (const language::JobCommand& command : commands) {
+    if (!isPreparing && preparesComparison(command)) continue;
     if (runCommand(session, command)) continue;
-    if (onError == OnError::stop || (onError == OnError::stopButForSort && command.name != "SORT CASES")) return;
+    if (onError == OnError::stop || (onError == OnError::goOnToComparison && !preparesComparison(command))) return;
+    if (onError == OnError::goOnToComparison) isPreparing = false;
   }
 }
 

@@ -11,8 +11,9 @@ namespace workbench::app {
 enum class OnError {
   goOn,
   stop,
-  // `compare` stops, but for a sort that is refused: the comparison then says itself what its case IDs lack.
-  stopButForSort,
+  // `compare` stops, but for a sort or a check that is refused: it goes on with the comparison, which then says itself
+  // what its case IDs lack.
+  goOnToComparison,
 };
 
 // Adds a command to the document for each of the job's, and brings its verdict up to date.

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <string_view>
 
+#include "workbench/runtime/interruption.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::app {
@@ -26,12 +27,15 @@ class SilentTerminal {
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     silent.c_cc[VMIN] = 1;
     silent.c_cc[VTIME] = 0;
+    // A request to terminate ends the process at once and no destructor runs; the echo comes back all the same.
+    beforeInterruptedEnd([this] { ::tcsetattr(descriptor_, TCSANOW, &former_); });
     isSilent_ = ::tcsetattr(descriptor_, TCSAFLUSH, &silent) == 0;
   }
   SilentTerminal(const SilentTerminal&) = delete;
   SilentTerminal& operator=(const SilentTerminal&) = delete;
   ~SilentTerminal() {
     if (isSilent_) ::tcsetattr(descriptor_, TCSAFLUSH, &former_);
+    beforeInterruptedEnd({});
   }
 
   bool isSilent() const { return isSilent_; }

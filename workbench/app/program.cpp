@@ -14,6 +14,7 @@
 #include <system_error>
 
 #include "workbench/app/job_runner.h"
+#include "workbench/app/named_files.h"
 #include "workbench/app/password_encoding.h"
 #include "workbench/app/password_files.h"
 #include "workbench/app/password_prompt.h"
@@ -22,8 +23,11 @@
 #include "workbench/app/session.h"
 #include "workbench/app/verdict.h"
 #include "workbench/data/data_file.h"
+#include "workbench/data/descriptors/dictionary_place.h"
 #include "workbench/data/files/openpgp_message.h"
+#include "workbench/data/files/path_target.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/kinds/data_kind.h"
 #include "workbench/data/working/password_decoder.h"
 #include "workbench/data/working/password_reference.h"
 #include "workbench/output/display_text.h"
@@ -97,7 +101,7 @@ Outcome<Job> jobOf(const CompareCommand& compare) {
     std::cout << compareJob(request) << '\n';
   }
   request.passwords = *passwords;
-  return Job{std::string_view(compareJob(request)), OnError::stopButForSort};
+  return Job{std::string_view(compareJob(request)), OnError::goOnToComparison};
 }
 
 Outcome<Job> jobOf(const RunCommand& run) {
@@ -192,13 +196,22 @@ int fail(const Problem& problem) {
   return troubleStatus;
 }
 
+bool isNamedAsData(const std::string& path) { return data::dataKind(path) || data::isSchemaName(path); }
+
+Problem unwritableJournal(const std::string& path) {
+  return {text::sentence("The journal cannot be written."), path,
+          text::sentence("Name a file in a folder that you can write to.")};
+}
+
 // Lines go to the file as they are written, so that a run that ends badly can be looked into.
 Outcome<Done> startJournal(const std::string& path, std::ofstream& file) {
-  file.open(path, std::ios::binary | std::ios::trunc);
-  if (!file) {
-    return Problem{text::sentence("The journal cannot be written."), path,
-                   text::sentence("Name a file in a folder that you can write to.")};
+  // It is begun before a job says what it opens, so nothing that looks like data is ever replaced.
+  if (isNamedAsData(path) || isNamedAsData(data::linkTarget(path).string())) {
+    return Problem{text::sentence("The journal is no data, and the name is that of a data file."), path,
+                   text::sentence("Choose another name.")};
   }
+  file.open(path, std::ios::binary | std::ios::trunc);
+  if (!file) return unwritableJournal(path);
   journal().sendTo([&file](std::string_view line) { file << line << '\n'; });
   return Done{};
 }
@@ -260,6 +273,7 @@ int runProgram(const ProgramOptions& options) {
   if (!wording) return fail(wording.problem());
   session.wording = std::move(*wording);
   const WordingInForce inForce(*session.wording);
+  if (const auto named = checkNamedFiles(options.command); !named) return fail(named.problem());
   if (const auto loaded = loadPlugins(session.plugins, options.pluginFolders); !loaded) return fail(loaded.problem());
   auto results = ResultsOutput::open(choice, *session.wording);
   if (!results) return fail(results.problem());
@@ -277,6 +291,7 @@ int runProgram(const ProgramOptions& options) {
   journal().sendTo({});
   (*results)->writeDiagnostics(session.document);
   if (const auto written = (*results)->write(session.document); !written) return fail(written.problem());
+  if (choice.journal && !journalFile.flush()) return fail(unwritableJournal(*choice.journal));
   return exitStatus(session.document.verdict);
 }
 

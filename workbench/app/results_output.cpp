@@ -7,16 +7,16 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iostream>
 #include <string_view>
 
+#include "host/messages.h"
 #include "workbench/app/verdict.h"
-#include "workbench/output/moment.h"
+#include "workbench/data/files/output_stream.h"
+#include "workbench/data/files/path_target.h"
+#include "workbench/data/working/file_in_use.h"
 #include "workbench/output/terminal_writer.h"
-#include "workbench/runtime/temporary_files.h"
 
 namespace workbench::app {
 
@@ -73,19 +73,6 @@ Outcome<const OutputFormat*> formatOf(const OutputChoice& choice) {
   return &output::outputFormats().front();
 }
 
-// The date of what is written where it has to have one, as the environment sets it for results that can be made again.
-Outcome<std::optional<std::int64_t>> dateOfOutput() {
-  constexpr const char* variable = "SOURCE_DATE_EPOCH";
-  const char* const set = std::getenv(variable);
-  if (set == nullptr || *set == '\0') return std::optional<std::int64_t>();
-  const std::string_view text(set);
-  std::int64_t seconds = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-  if (error == std::errc() && end == text.data() + text.size() && seconds >= 0) return std::optional(seconds);
-  return Problem{text::sentence("This is no time in seconds since 1970."), variable,
-                 text::sentence("Write a whole number, or leave the variable out.")};
-}
-
 void removeTables(Document& document, const std::function<bool(const output::Table&)>& unwanted) {
   for (const auto& command : document.commands) {
     auto& items = command->items;
@@ -106,26 +93,41 @@ void removeAnswers(Document& document) {
   }
 }
 
-// Beside its place until all of it is written.
-Outcome<Done> writeFile(const std::string& path, const std::function<Outcome<Done>(std::ostream&)>& write) {
-  const std::string temporary = fmt::format("{}.{}.tmp", path, getpid());
-  std::ofstream file;
-  {
-    const auto hold = temporaryFiles().hold();
-    file.open(temporary, std::ios::binary | std::ios::trunc);
-    temporaryFiles().add(temporary);
+// Never over what was read, nor over what else the run has written.
+Outcome<Done> checkIsFree(const std::string& path) {
+  if (data::isStream(path)) return Done{};
+  const data::FilePlace place = data::FilePlace::of(path);
+  const std::string remedy = text::sentence("Choose another name.");
+  if (data::wasReadFrom(place)) {
+    return Problem{text::sentence("The results would replace a file that data came from."), path, remedy};
   }
-  const Outcome<Done> written = write(file);
-  file.close();
-  std::error_code error;
-  if (written && file) std::filesystem::rename(temporary, path, error);
-  std::error_code ignored;
-  if (!written || !file || error) std::filesystem::remove(temporary, ignored);
-  temporaryFiles().forget(temporary);
-  if (!written) return written.problem();
-  if (file && !error) return Done{};
-  return Problem{text::sentence("The results cannot be written."), path,
-                 text::sentence("Name a file in a folder that you can write to, with room for it.")};
+  if (data::wasWritten(place)) {
+    return Problem{text::sentence("The results would replace data that this run has saved."), path, remedy};
+  }
+  return Done{};
+}
+
+Problem unwritable(const std::string& path) {
+  return {text::sentence("The results cannot be written."), path,
+          text::sentence("Name a file in a folder that you can write to, with room for it.")};
+}
+
+// Whole, or not at all; to a stream as they come.
+Outcome<Done> writeFile(const std::string& path, const std::function<Outcome<Done>(std::ostream&)>& write) {
+  if (auto checked = checkIsFree(path); !checked) return checked;
+  const auto file = data::OutputFile::create(path);
+  if (!file) return unwritable(path);
+  data::OutputStream stream(**file);
+  if (auto written = write(stream); !written) return written;
+  stream.flush();
+  if (!stream) return unwritable(path);
+  try {
+    (*file)->complete();
+    (*file)->commit();
+  } catch (const ErrorText&) {
+    return unwritable(path);
+  }
+  return Done{};
 }
 
 // The keys of all tables, each once.
@@ -145,8 +147,8 @@ std::vector<std::string> tableKeys(const Document& document) {
 }  // namespace
 
 ResultsOutput::ResultsOutput(const OutputChoice& choice, const OutputFormat& format, const text::Wording& wording,
-                             std::optional<std::int64_t> date)
-    : choice_(choice), format_(format), wording_(wording), date_(date) {}
+                             const output::MomentOfResults& moment)
+    : choice_(choice), format_(format), wording_(wording), moment_(moment) {}
 
 Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& choice, const text::Wording& wording) {
   const auto format = formatOf(choice);
@@ -156,9 +158,10 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
     return Problem{text::sentence("A workbook cannot be shown on a terminal."), "--format",
                    text::sentence("Name a file by -o, or send the output to a file or another program.")};
   }
-  const auto date = dateOfOutput();
-  if (!date) return date.problem();
-  return std::unique_ptr<ResultsOutput>(new ResultsOutput(choice, **format, wording, *date));
+  const auto moment = output::momentOfResults();
+  if (!moment) return moment.problem();
+  if (choice.file && !data::checkOutputFile(*choice.file)) return unwritable(*choice.file);
+  return std::unique_ptr<ResultsOutput>(new ResultsOutput(choice, **format, wording, *moment));
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
@@ -195,10 +198,10 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
       .width = toFile ? ordinaryWidth : terminalWidth(),
       .color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO),
       .full = choice_.full,
-      .moment = output::momentOfResults(),
-      .date = date_};
+      .moment = moment_};
   if (format_.holdsOneTable) options.onlyTable = choice_.onlyTable;
   const auto write = [&](std::ostream& out) { return format_.write(out, document, options); };
+  std::cout.flush();  // what was shown before, the file may be standard output by another name
   if (toFile) return writeFile(*choice_.file, write);
   if (const auto written = write(std::cout); !written) return written;
   std::cout.flush();

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/data/case_reader.h"
@@ -38,10 +39,19 @@ class DataFile {
   virtual const std::vector<std::string>& warnings() const = 0;
 };
 
+// Variables that get other names or are left out when a file is opened. Names are those of the file, without regard to
+// case; all changes are made at once, so two variables may exchange their names.
+struct VariableChanges {
+  std::vector<std::pair<std::string, std::string>> renamed;  // old name, new name
+  std::vector<std::string> dropped;
+};
+
 struct OpenOptions {
   Secret password;                            // empty: none
   std::optional<std::string> typesWith = {};  // another data file: what no dictionary declares is inferred over both
   Secret typesPassword = {};                  // of that file
+  VariableChanges changes = {};
+  VariableChanges typesChanges = {};  // under which that file is going to be opened, or was
 };
 
 // Opens a data file; its whole content has been read and found sound when types had to be inferred. A protected file,

@@ -105,6 +105,8 @@ Outcome<Done> OutputSet::commitFiles(std::vector<std::shared_ptr<Output>>& outpu
                      text::sentence("These files had been put into place before: ^1.",
                                     {fmt::format("{}", fmt::join(inPlace, ", "))})};
     }
+    if (output->place_) noteWritten(*output->place_);
+    if (output->dictionaryPlace_) noteWritten(*output->dictionaryPlace_);
     inPlace.push_back(cleanedPath(output->name_));
     if (output->afterCommit_) output->afterCommit_();
   }

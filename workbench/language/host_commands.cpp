@@ -28,13 +28,18 @@ constexpr bool optional = false;
 
 const std::vector<CommandRow>& commandRows() {
   static const std::vector<CommandRow> rows = {
+      // RENAME: old TO new, for every variable. Keywords of that beginning are about the file of TYPESWITH.
       {"OPEN DATA",
        "Open Data",
        {{"FILE", Spec::stringOrWord, required},
         {"PASSWORD", Spec::stringOrWord, optional},
         {"NAME", Spec::wordOrString, optional},
         {"TYPESWITH", Spec::stringOrWord, optional},
-        {"TYPESPASSWORD", Spec::stringOrWord, optional}}},
+        {"TYPESPASSWORD", Spec::stringOrWord, optional},
+        {"RENAME", Spec::nameList, optional},
+        {"DROP", Spec::nameList, optional},
+        {"TYPESRENAME", Spec::nameList, optional},
+        {"TYPESDROP", Spec::nameList, optional}}},
       {"ACTIVATE DATASET", "Activate Dataset", {{"NAME", Spec::wordOrString, required}}},
       {"CLOSE DATASET", "Close Dataset", {{"NAME", Spec::wordOrString, required}}},
       {"SAVE DATA", "Save Data", {{"FILE", Spec::stringOrWord, required}, {"PASSWORD", Spec::stringOrWord, optional}}},
@@ -46,6 +51,10 @@ const std::vector<CommandRow>& commandRows() {
         {"LIKE", Spec::wordOrString, optional},
         {"WITH", Spec::wordOrString, optional},
         {"WHEN", Spec::wordOrString, optional, {"NEEDED"}}}},
+      // Tells what should be known before the active dataset is held against that one.
+      {"CHECK DATASETS",
+       "Check Datasets",
+       {{"WITH", Spec::wordOrString, required}, {"KEYS", Spec::nameList, optional}}},
       {"FILTER CASES", "Filter Cases", {{"BY", Spec::wordOrString, required}}},
       {"WEIGHT CASES", "Weight Cases", {{"BY", Spec::wordOrString, required}}},
       {"SPLIT CASES", "Split Cases", {{"BY", Spec::nameList, required}}},

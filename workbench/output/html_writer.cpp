@@ -302,9 +302,9 @@ class Report {
     if (!options_.moment) return;
     const HtmlElement made(out_, "p");
     out_ << htmlEscaped(words(sentences::made)) << ' ';
-    const std::string machine = dateTimeText(static_cast<double>(*options_.moment), 0).value_or("");
+    const std::string machine = dateTimeText(static_cast<double>(options_.moment->seconds), 0).value_or("");
     writeHtml(out_, "time", {{"datetime", machine.empty() ? "" : machine + "Z"}},
-              shownMoment(*options_.moment, wording_.language()));
+              shownMoment(options_.moment->seconds, wording_.language()));
   }
 
   std::ostream& out_;

@@ -11,17 +11,24 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "workbench/text/wording.h"
+
 namespace workbench::output {
 
-std::int64_t momentOfResults() {
-  if (const char* given = std::getenv("SOURCE_DATE_EPOCH")) {
-    const std::string_view text(given);
-    std::int64_t moment = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), moment);
-    if (error == std::errc() && end == text.data() + text.size()) return moment;
+Outcome<MomentOfResults> momentOfResults() {
+  constexpr const char* variable = "SOURCE_DATE_EPOCH";
+  const char* const given = std::getenv(variable);
+  if (given == nullptr || *given == '\0') {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return MomentOfResults{std::chrono::duration_cast<std::chrono::seconds>(now).count(), false};
   }
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::seconds>(now).count();
+  const std::string_view digits(given);
+  std::int64_t seconds = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), seconds);
+  if (error == std::errc() && end == digits.data() + digits.size() && seconds >= 0)
+    return MomentOfResults{seconds, true};
+  return Problem{text::sentence("This is no time in seconds since 1970."), variable,
+                 text::sentence("Write a whole number, or leave the variable out.")};
 }
 
 std::string shownMoment(std::int64_t moment, const std::string& language) {

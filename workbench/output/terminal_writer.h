@@ -9,6 +9,7 @@
 #include <string>
 
 #include "workbench/output/document.h"
+#include "workbench/output/moment.h"
 #include "workbench/output/text_rendering.h"
 
 namespace workbench::output {
@@ -19,8 +20,8 @@ struct TextOptions {
   bool color = false;                         // also bold titles
   std::optional<std::string> onlyTable = {};  // the key of the only table to show
   bool full = false;                          // long lists and texts are not shortened
-  std::optional<std::int64_t> moment = {};    // at which the results were made (moment.h), for formats that show it
-  std::optional<std::int64_t> date = {};  // the same where it is given from outside, for formats that have to have one
+  // At which the results were made: shown by some formats; others have to have one, and take it only when it is given.
+  std::optional<MomentOfResults> moment = {};
 };
 
 // What belongs among the results: tables, notes, and the messages that a procedure wants there. When several commands

@@ -18,12 +18,16 @@ namespace {
 
 constexpr double overviewWidth = 100;
 
+std::optional<std::int64_t> givenMoment(const TextOptions& options) {
+  return options.moment && options.moment->isGiven ? std::optional(options.moment->seconds) : std::nullopt;
+}
+
 class WorkbookWriter {
  public:
   WorkbookWriter(const TextOptions& options, const XlsxLimits& limits)
       : wording_(options.wording),
         limits_(limits),
-        workbook_(options.date, wording_),
+        workbook_(givenMoment(options), wording_),
         names_(wording_.resolve(sentences::table)) {}
 
   Outcome<Done> write(std::ostream& out, const std::vector<ShownCommand>& commands) {

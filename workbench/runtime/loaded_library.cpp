@@ -1,10 +1,11 @@
 #include "workbench/runtime/loaded_library.h"
 
 #include <dlfcn.h>
-#include <fmt/format.h>
 
 #include <filesystem>
 #include <system_error>
+
+#include "workbench/text/wording.h"
 
 namespace workbench {
 
@@ -17,8 +18,9 @@ Outcome<LoadedLibrary> LoadedLibrary::load(const std::vector<std::string>& place
     // A file that is there and cannot be loaded tells more than the last place that has none.
     if (reason.empty() || std::filesystem::exists(place, failure)) reason = ::dlerror();
   }
-  return Problem{fmt::format("{}, {}, cannot be loaded ({}).", description.name, description.purpose, reason), "",
-                 description.remedy};
+  return Problem{text::sentence("^1, ^2, cannot be loaded (^3).",
+                                {text::sentence(description.name), text::sentence(description.purpose), reason}),
+                 "", text::sentence(description.remedy)};
 }
 
 void* LoadedLibrary::address(const char* name) {
@@ -29,8 +31,9 @@ void* LoadedLibrary::address(const char* name) {
 
 Outcome<Done> LoadedLibrary::complete() const {
   if (lacking_.empty()) return Done{};
-  return Problem{fmt::format("{} that was found lacks the function {}.", description_.name, lacking_), "",
-                 description_.remedy};
+  return Problem{
+      text::sentence("^1 that was found lacks the function ^2.", {text::sentence(description_.name), lacking_}), "",
+      text::sentence(description_.remedy)};
 }
 
 }  // namespace workbench

@@ -30,6 +30,9 @@ using Bundle = std::unique_ptr<UResourceBundle, CloseBundle>;
 
 constexpr const char* packageName = "wording";
 
+// What the workbench itself says, the language's name behind it.
+constexpr auto sentenceBundles = std::to_array({"sentences_", "sentences_descriptors_", "sentences_files_"});
+
 // The keys of what a language says of dates: patterns of year, month and day, and of a date and a time of day.
 constexpr const char* dateForm = "date: ^1 (year), ^2 (month), ^3 (day)";
 constexpr const char* momentForm = "moment: ^1 (date), ^2 (time of day)";
@@ -123,13 +126,14 @@ Outcome<std::unique_ptr<Wording>> Wording::load(std::string_view languageTag, st
   std::unique_ptr<Wording> wording(new Wording);
   wording->language_ = language;
   const Bundle bundle = openBundle(language.c_str());
-  const Bundle sentences = openBundle(("sentences_" + language).c_str());
-  for (const UResourceBundle* texts : {bundle.get(), sentences.get()}) {
-    forEachRow<2>(texts, "wording", [&](std::array<std::string, 2> row) {
-      if (!wording->texts_.emplace(row[0], std::move(row[1])).second) {
-        throw std::logic_error("wording: twice in " + language + ": " + row[0]);
-      }
-    });
+  const auto addTexts = [&](std::array<std::string, 2> row) {
+    if (!wording->texts_.emplace(row[0], std::move(row[1])).second) {
+      throw std::logic_error("wording: twice in " + language + ": " + row[0]);
+    }
+  };
+  forEachRow<2>(bundle.get(), "wording", addTexts);
+  for (const char* const sentences : sentenceBundles) {
+    forEachRow<2>(openBundle((sentences + language).c_str()).get(), "wording", addTexts);
   }
   forEachRow<3>(bundle.get(), "catalogs", [&](std::array<std::string, 3> row) {
     wording->catalogTexts_[{std::move(row[0]), numberOf(row[1])}] = std::move(row[2]);
@@ -168,6 +172,7 @@ std::optional<std::string> Wording::errorText(std::int64_t number) const {
   return text->second;
 }
 
+// Threads of the host ask as well. What is in force changes between commands only, when none of them is at work.
 const Wording& wordingInForce() {
   if (currentRun().wording != nullptr) return *currentRun().wording;
   static const std::unique_ptr<Wording> english = std::move(*Wording::load("en"));

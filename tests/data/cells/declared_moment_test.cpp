@@ -191,7 +191,12 @@ TEST(DeclaredMoment, RewritesDurationsByTheirAmounts) {
   EXPECT_EQ(plainOf(duration, "-P0D"), "PT0S");
 }
 
-std::string problemIn(CellType type, std::string_view pattern) { return patternProblem(type, pattern).value_or(""); }
+// What is said of "this pattern", which every problem is about; empty when there is none.
+std::string problemIn(CellType type, std::string_view pattern) {
+  constexpr std::string_view subject = "this pattern ";
+  const std::string problem = patternProblem(type, pattern).value_or("");
+  return problem.starts_with(subject) ? problem.substr(subject.size()) : problem;
+}
 
 TEST(DatePatterns, AreRightWhenTheyDetermineOneValue) {
   for (const char* pattern :

@@ -37,10 +37,13 @@ class ReadingBuilder {
 
 inline ReadingBuilder declared(CellType type) { return ReadingBuilder(type); }
 
+// Why the cell does not read: "is no number".
+inline std::string whyNot(CellReader& reader, std::string_view cell) { return reader.whyNot(cell, "it").substr(3); }
+
 // The value, else why there is none: "1234.5", "is no number".
 inline std::string valueBy(CellReader& reader, std::string_view cell) {
   const std::optional<double> value = reader.number(cell);
-  return value ? fmt::format("{}", *value) : reader.whyNot(cell);
+  return value ? fmt::format("{}", *value) : whyNot(reader, cell);
 }
 
 inline std::string valueOf(const CellReading& reading, std::string_view cell) {
@@ -52,7 +55,7 @@ inline std::string valueOf(const CellReading& reading, std::string_view cell) {
 inline std::string plainOf(const CellReading& reading, std::string_view cell) {
   CellReader reader(reading);
   std::string plain;
-  return reader.plainText(cell, plain) ? plain : reader.whyNot(cell);
+  return reader.plainText(cell, plain) ? plain : whyNot(reader, cell);
 }
 
 }  // namespace workbench::data

@@ -310,15 +310,16 @@ std::string contradiction(const TableDialect& wrong) { return contradictionIn(wr
 TEST(TableDialects, MayNotContradictThemselves) {
   EXPECT_EQ(contradiction(dialect()), "");
   EXPECT_EQ(contradiction(TableDialect()), "");
-  EXPECT_EQ(contradiction(dialect().delimiter("")), "has nothing between fields");
-  EXPECT_EQ(contradiction(dialect().delimiter(",\n")), "has a line break between fields");
-  EXPECT_EQ(contradiction(dialect().delimiter("\"")), "has the quote character between fields");
+  EXPECT_EQ(contradiction(dialect().delimiter("")), "The dialect has nothing between fields.");
+  EXPECT_EQ(contradiction(dialect().delimiter(",\n")), "The dialect has a line break between fields.");
+  EXPECT_EQ(contradiction(dialect().delimiter("\"")), "The dialect has the quote character between fields.");
   EXPECT_EQ(contradiction(dialect().delimiter("\"").noQuotes()), "");
-  EXPECT_EQ(contradiction(dialect().delimiter("\\t").escape('\\')), "has the escape character between fields");
-  EXPECT_EQ(contradiction(dialect().escape('"')), "has one character for quotes and for escapes");
-  EXPECT_EQ(contradiction(dialect().quote('\n')), "has a quote character that is no plain character");
-  EXPECT_EQ(contradiction(dialect().escape('\xC3')), "has an escape character that is no plain character");
-  EXPECT_EQ(contradiction(dialect().comments("#\n")), "has a line break in what comments begin with");
+  EXPECT_EQ(contradiction(dialect().delimiter("\\t").escape('\\')),
+            "The dialect has the escape character between fields.");
+  EXPECT_EQ(contradiction(dialect().escape('"')), "The dialect has one character for quotes and for escapes.");
+  EXPECT_EQ(contradiction(dialect().quote('\n')), "The dialect has a quote character that is no plain character.");
+  EXPECT_EQ(contradiction(dialect().escape('\xC3')), "The dialect has an escape character that is no plain character.");
+  EXPECT_EQ(contradiction(dialect().comments("#\n")), "The dialect has a line break in what comments begin with.");
 }
 
 }  // namespace

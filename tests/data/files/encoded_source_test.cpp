@@ -96,8 +96,9 @@ TEST(EncodedSource, KnowsWhichNamesAreOfEncodings) {
   EXPECT_FALSE(encodingProblem(""));
   EXPECT_FALSE(encodingProblem("windows-1252"));
   for (const char* name : {"latin-one", "utf-8,version=1", " ", "?"}) {
-    EXPECT_EQ(encodingProblem(name), "is no encoding that is known; name it as IANA does, like utf-8 or windows-1252")
-        << name;
+    EXPECT_EQ(encodingProblem(name), "\"" + std::string(name) +
+                                         "\" is no encoding that is known; name it as IANA does, like utf-8 or "
+                                         "windows-1252.");
   }
   EXPECT_EQ(converted("x", "latin-one"),
             "\"latin-one\" is no encoding that is known; name it as IANA does, like utf-8 or windows-1252.");

@@ -28,8 +28,6 @@ SortRequest by(std::vector<std::string> names, SortPolicy policy = SortPolicy::a
   return request;
 }
 
-using KeyValues = std::vector<std::variant<double, std::string>>;
-
 TEST(Sort, OrdersNumbersAscendingWithTheMissingValueLowest) {
   const auto dataset = keptDataset(data().numeric("x", {3, -1, missing, 0.0, -0.0, 2}));
   const auto result = sortCases(*dataset, by({"X"}));

@@ -1,12 +1,11 @@
 #include "workbench/data/cells/cell_reader.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "workbench/data/cells/calendar_parts.h"
 #include "workbench/data/cells/decimal_text.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -23,17 +22,17 @@ std::optional<double> heldValue(std::string_view plain) {
 }
 
 // Requires: the text is a decimal number that is not held.
-std::string whyNotHeld(std::string_view plain) {
+std::string_view whyNotHeld(std::string_view plain) {
   const Decimal number = *decimalOf(plain);
   const bool isWhole = !number.hasExponent && number.lastDigit < number.wholeDigits;
-  if (isWhole) return "is beyond 2^53, which is not held exactly; declare the field as string";
+  if (isWhole) return "^1 is beyond 2^53, which is not held exactly; declare the field as string";
   const std::optional<double> value = valueOf(number);
   constexpr std::int32_t digitsOfDouble = 17;
-  if (!value || *value == 0) return "is beyond the range of numbers that are held; declare the field as string";
+  if (!value || *value == 0) return "^1 is beyond the range of numbers that are held; declare the field as string";
   if (number.significantDigits() > digitsOfDouble) {
-    return "has more digits than are held exactly; declare the field as string";
+    return "^1 has more digits than are held exactly; declare the field as string";
   }
-  return "is a number that is not held exactly; declare the field as string";
+  return "^1 is a number that is not held exactly; declare the field as string";
 }
 
 // Date, T, time and perhaps a zone.
@@ -86,9 +85,16 @@ bool isYear(std::string_view cell) {
   return digits.size() >= fewestDigits && digits.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-std::string_view wordOf(CellType type) {
-  if (type == CellType::date) return "date";
-  return type == CellType::time ? "time" : "date with a time";
+// That a cell is none of these, written as the pattern says.
+std::string_view notAsPattern(CellType type) {
+  if (type == CellType::date) return "^1 is no date written as \"^2\"";
+  return type == CellType::time ? "^1 is no time written as \"^2\"" : "^1 is no date with a time written as \"^2\"";
+}
+
+// The same, where nothing says how they are written.
+std::string_view notAsExample(CellType type) {
+  if (type == CellType::date) return "^1 is no date like ^2";
+  return type == CellType::time ? "^1 is no time like ^2" : "^1 is no date with a time like ^2";
 }
 
 std::string_view exampleOf(CellType type) {
@@ -230,59 +236,66 @@ bool CellReader::plainText(std::string_view cell, std::string& plain) {
   return true;
 }
 
-std::string CellReader::whyNot(std::string_view cell) {
-  if (cell.empty()) return "is empty, and an empty text is not declared as missing";
+std::string CellReader::whyNot(std::string_view cell, std::string_view subject) {
+  if (cell.empty()) return text::sentence("^1 is empty, and an empty text is not declared as missing", {subject});
   switch (reading_.type) {
     case CellType::number:
     case CellType::integer:
     case CellType::year:
-      return whyNoNumber(cell);
+      return whyNoNumber(cell, subject);
     case CellType::boolean:
-      return "is none of the texts for true and for false";
+      return text::sentence("^1 is none of the texts for true and for false", {subject});
     case CellType::duration:
-      return durationOf(cell) ? "is a duration that is not held exactly; declare the field as string"
-                              : "is no duration like P1Y2M3DT4H5M6S";
+      return text::sentence(durationOf(cell) ? "^1 is a duration that is not held exactly; declare the field as string"
+                                             : "^1 is no duration like P1Y2M3DT4H5M6S",
+                            {subject});
     default:
-      return whyNoMoment(cell);
+      return whyNoMoment(cell, subject);
   }
 }
 
-std::string CellReader::whyNoNumber(std::string_view cell) {
-  const std::optional<std::string_view> plain = plainNumber(cell);
-  if (plain) return whyNotHeld(*plain);
-  return reading_.type == CellType::year ? "is no year of four digits at least" : numbers_.whyNot(cell);
+std::string CellReader::whyNoNumber(std::string_view cell, std::string_view subject) {
+  if (const std::optional<std::string_view> plain = plainNumber(cell)) {
+    return text::sentence(whyNotHeld(*plain), {subject});
+  }
+  if (reading_.type == CellType::year) return text::sentence("^1 is no year of four digits at least", {subject});
+  return numbers_.whyNot(cell, subject);
 }
 
-std::string CellReader::whyNoMoment(std::string_view cell) const {
+std::string CellReader::whyNoMoment(std::string_view cell, std::string_view subject) const {
   const std::optional<Moment> read = momentAsWritten(cell);
-  if (!read && pattern_) return fmt::format("is no {} written as \"{}\"", wordOf(reading_.type), reading_.pattern);
-  if (!read) return fmt::format("is no {} like {}", wordOf(reading_.type), exampleOf(reading_.type));
-  if (!isInCalendar(*read)) return "is in UTC outside the years 1 to 9999";
-  if (read->zoneMinutes && sawUnzoned_) return "bears a time zone, and values before it bear none";
-  if (!read->zoneMinutes && sawZoned_) return "bears no time zone, and values before it do";
-  return "has a finer fraction than is held; declare the field as string";
+  if (!read && pattern_) return text::sentence(notAsPattern(reading_.type), {subject, reading_.pattern});
+  if (!read) return text::sentence(notAsExample(reading_.type), {subject, exampleOf(reading_.type)});
+  if (!isInCalendar(*read)) return text::sentence("^1 is in UTC outside the years 1 to 9999", {subject});
+  if (read->zoneMinutes && sawUnzoned_) {
+    return text::sentence("^1 bears a time zone, and values before it bear none", {subject});
+  }
+  if (!read->zoneMinutes && sawZoned_) {
+    return text::sentence("^1 bears no time zone, and values before it do", {subject});
+  }
+  return text::sentence("^1 has a finer fraction than is held; declare the field as string", {subject});
 }
 
-std::string_view nameOf(CellType type) {
+std::string nameOf(CellType type) {
   switch (type) {
     case CellType::text:
-      return "a string";
+      return text::sentence("a string");
     case CellType::number:
-      return "a number";
+      return text::sentence("a number");
     case CellType::integer:
-      return "an integer";
+      return text::sentence("an integer");
     case CellType::boolean:
-      return "a boolean";
+      return text::sentence("a boolean");
     case CellType::year:
-      return "a year";
+      return text::sentence("a year");
     case CellType::date:
-      return "a date";
+      return text::sentence("a date");
     case CellType::time:
-      return "a time";
+      return text::sentence("a time");
     case CellType::dateTime:
-      return "a datetime";
+      return text::sentence("a datetime");
     case CellType::duration:
-      return "a duration";
+      return text::sentence("a duration");
   }
   return "";
 }

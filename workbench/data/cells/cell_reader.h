@@ -37,8 +37,9 @@ class CellReader {
   // Rewrites the cell as a text of its type that is read without any declaration: decimal point, no groups, ISO 8601 in
   // UTC; true is 1, false 0. False when the cell does not read. Texts stay as they are.
   bool plainText(std::string_view cell, std::string& plain);
-  // Why the cell does not read, as the end of a sentence: "is no integer". Requires: it does not.
-  std::string whyNot(std::string_view cell);
+  // Why the cell does not read, as a clause about the subject, which is what the sentence calls the cell: "it is no
+  // integer". Requires: it does not.
+  std::string whyNot(std::string_view cell, std::string_view subject);
   // Whether groups other than of three digits stand in a number, which reads all the same.
   bool hasOddGroups(std::string_view cell) const { return numbers_.hasOddGroups(cell); }
   // Whether the dates with times that were read bore a zone; nothing before there was one.
@@ -53,8 +54,8 @@ class CellReader {
   // Of a date, a time or both; moment() gives nothing where it is beyond the calendar, or zoned among unzoned ones.
   std::optional<Moment> moment(std::string_view cell);
   std::optional<Moment> momentAsWritten(std::string_view cell) const;
-  std::string whyNoNumber(std::string_view cell);
-  std::string whyNoMoment(std::string_view cell) const;
+  std::string whyNoNumber(std::string_view cell, std::string_view subject);
+  std::string whyNoMoment(std::string_view cell, std::string_view subject) const;
 
   CellReading reading_;
   NumberText numbers_;
@@ -66,6 +67,6 @@ class CellReader {
 };
 
 // The type with its article, as it stands in sentences: "an integer".
-std::string_view nameOf(CellType type);
+std::string nameOf(CellType type);
 
 }  // namespace workbench::data

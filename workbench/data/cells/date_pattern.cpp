@@ -1,13 +1,12 @@
 #include "workbench/data/cells/date_pattern.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <span>
 #include <utility>
 
 #include "workbench/data/cells/calendar_fields.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -165,10 +164,12 @@ constexpr auto timeFields =
 // Notes that texts of a pattern tell what the directive says, or gives what is wrong with it.
 std::optional<std::string> addField(CalendarFields& fields, char letter) {
   if (letter == 0 || letter == ' ') return std::nullopt;
-  if (letter == '%') return "ends with a single \"%\"";
+  if (letter == '%') return text::sentence("this pattern ends with a single \"%\"");
   const Directive* const directive = directiveOf(letter);
-  if (directive == nullptr) return fmt::format("has the directive \"%{}\", which is not known", letter);
-  if (fields.has(directive->field)) return fmt::format("tells with \"%{}\" what it has told before", letter);
+  if (directive == nullptr)
+    return text::sentence("this pattern has the directive \"%^1\", which is not known", {{&letter, 1}});
+  if (fields.has(directive->field))
+    return text::sentence("this pattern tells with \"%^1\" what it has told before", {{&letter, 1}});
   fields.set(directive->field, 0);
   return std::nullopt;
 }
@@ -178,19 +179,27 @@ bool hasAny(const CalendarFields& fields, std::span<const CalendarField> wanted)
 }
 
 std::optional<std::string> dateProblem(const CalendarFields& fields) {
-  if (fields.has(year) && (fields.has(yearOfCentury) || fields.has(century))) return "tells the year twice";
-  if (fields.has(century) && !fields.has(yearOfCentury)) return "has a century without a year in it";
+  if (fields.has(year) && (fields.has(yearOfCentury) || fields.has(century)))
+    return text::sentence("this pattern tells the year twice");
+  if (fields.has(century) && !fields.has(yearOfCentury))
+    return text::sentence("this pattern has a century without a year in it");
   if (!fields.determineDay()) {
-    return "does not determine a date: that needs a year, a month and a day, or a year and a day of the year";
+    return text::sentence(
+        "this pattern does not determine a date: that needs a year, a month and a day, or a year and a day of the "
+        "year");
   }
   return std::nullopt;
 }
 
 std::optional<std::string> timeProblem(const CalendarFields& fields) {
-  if (!fields.determineHour()) return "does not determine a time: that needs an hour of 24, or one of 12 and AM or PM";
+  if (!fields.determineHour())
+    return text::sentence(
+        "this pattern does not determine a time: that needs an hour of 24, or one of 12 and AM or PM");
   const bool hasGap =
       (fields.has(second) && !fields.has(minute)) || (fields.has(CalendarField::fraction) && !fields.has(second));
-  if (hasGap) return "does not determine a time: seconds need minutes, and their fraction needs seconds";
+  if (hasGap)
+    return text::sentence(
+        "this pattern does not determine a time: seconds need minutes, and their fraction needs seconds");
   return std::nullopt;
 }
 
@@ -198,23 +207,28 @@ std::optional<std::string> timeProblem(const CalendarFields& fields) {
 
 std::optional<std::string> patternProblem(CellType type, std::string_view pattern) {
   if (pattern.empty()) return std::nullopt;
-  if (pattern == "any") return "leaves open how the values are written, and nothing is guessed; name a pattern";
+  if (pattern == "any")
+    return text::sentence(
+        "this pattern leaves open how the values are written, and nothing is guessed; name a pattern");
   CalendarFields fields;
   for (const DatePattern::Piece& piece : DatePattern::piecesOf(pattern)) {
     if (auto wrong = addField(fields, piece.directive)) return wrong;
   }
   if (type != CellType::dateTime && fields.has(CalendarField::zone)) {
-    return "has a time zone, which only a date with a time can have";
+    return text::sentence("this pattern has a time zone, which only a date with a time can have");
   }
   if (type == CellType::date) {
-    if (hasAny(fields, timeFields)) return "has a time of day, which a date has not; declare the field as datetime";
+    if (hasAny(fields, timeFields))
+      return text::sentence("this pattern has a time of day, which a date has not; declare the field as datetime");
     return dateProblem(fields);
   }
   if (type == CellType::time) {
-    if (hasAny(fields, dateFields)) return "has parts of a date, which a time has not; declare the field as datetime";
+    if (hasAny(fields, dateFields))
+      return text::sentence("this pattern has parts of a date, which a time has not; declare the field as datetime");
     return timeProblem(fields);
   }
-  if (type != CellType::dateTime) return "is a pattern of dates or times, which values of this type are not";
+  if (type != CellType::dateTime)
+    return text::sentence("this pattern is a pattern of dates or times, which values of this type are not");
   if (auto wrong = dateProblem(fields)) return wrong;
   return hasAny(fields, timeFields) ? timeProblem(fields) : std::nullopt;
 }

@@ -1,11 +1,10 @@
 #include "workbench/data/cells/number_text.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 
 #include "workbench/data/cells/decimal_text.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -165,17 +164,20 @@ bool NumberText::hasOddGroups(std::string_view cell) const {
   return (!isFirst && isOdd()) || rest.find(groupChar_) != std::string_view::npos;
 }
 
-std::string NumberText::whyNot(std::string_view cell) const {
-  const std::string kind = isInteger_ ? "integer" : "number";
-  if (!isInteger_ && isNotFinite(cell)) return "is no finite number, and data hold no other";
+std::string NumberText::whyNot(std::string_view cell, std::string_view subject) const {
+  if (!isInteger_ && isNotFinite(cell)) {
+    return text::sentence("^1 is no finite number, and data hold no other", {subject});
+  }
   if (!bareNumber_) {
     const bool hasDigit = std::any_of(cell.begin(), cell.end(), isDigit);
-    if (!hasDigit) return fmt::format("has no {} in it", kind);
-    return fmt::format("has a digit or a sign apart from its {}", kind);
+    if (!hasDigit) return text::sentence(isInteger_ ? "^1 has no integer in it" : "^1 has no number in it", {subject});
+    return text::sentence(isInteger_ ? "^1 has a digit or a sign apart from its integer"
+                                     : "^1 has a digit or a sign apart from its number",
+                          {subject});
   }
   if (!isInteger_ && decimalChar_ != ".")
-    return fmt::format("is no number with \"{}\" before its decimals", decimalChar_);
-  return isInteger_ ? "is no integer" : "is no number";
+    return text::sentence("^1 is no number with \"^2\" before its decimals", {subject, decimalChar_});
+  return text::sentence(isInteger_ ? "^1 is no integer" : "^1 is no number", {subject});
 }
 
 }  // namespace workbench::data

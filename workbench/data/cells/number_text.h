@@ -24,7 +24,7 @@ class NumberText {
   // Whether groups other than of three digits stand in the number: perhaps the mark was meant for a decimal one.
   bool hasOddGroups(std::string_view cell) const;
   // Why the cell is no such number, as the end of a sentence. Requires: plain() gives nothing.
-  std::string whyNot(std::string_view cell) const;
+  std::string whyNot(std::string_view cell, std::string_view subject) const;
 
  private:
   // Where the number stands that a cell has among other characters; nothing when there is none, or when what is around

@@ -13,6 +13,7 @@
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/table_choice.h"
 #include "workbench/data/files/table_reference.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {

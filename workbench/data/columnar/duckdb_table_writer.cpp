@@ -19,6 +19,7 @@
 #include "workbench/data/files/duckdb_feed.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/table_reference.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -110,8 +111,8 @@ class DuckDbTableOutput final : public StoredOutput {
     if (!written) throw ErrorText(inFile(written.problem(), file_->file()).text());
     if (*written != feed_.rowsMade()) {
       throw ErrorText(
-          fmt::format("{}: {} rows were to be written, and {} were; please report this as a fault of this program.",
-                      file_->file(), feed_.rowsMade(), *written));
+          text::sentence("^1: ^2 rows were to be written, and ^3 were; please report this as a fault of this program.",
+                         {file_->file(), fmt::to_string(feed_.rowsMade()), fmt::to_string(*written)}));
     }
   }
 
@@ -130,7 +131,8 @@ Outcome<Done> copyDatabase(const DatabaseOutput& output) {
     std::filesystem::permissions(output.privatePath(), std::filesystem::perms::owner_write,
                                  std::filesystem::perm_options::add, failure);
   }
-  if (failure) return Problem{fmt::format("The database cannot be copied ({}).", failure.message()), output.file(), ""};
+  if (failure)
+    return Problem{text::sentence("The database cannot be copied (^1).", {failure.message()}), output.file(), ""};
   return Done{};
 }
 
@@ -140,7 +142,8 @@ Outcome<std::unique_ptr<CaseWriter>> createDuckDbTable(const std::string& path, 
                                                        const Secret& password) {
   const auto [file, wanted] = tableReference(path);
   if (!password.empty()) {
-    return Problem{"A database is not written as a protected file.", path, "Name a text file or a Parquet file."};
+    return Problem{text::sentence("A database is not written as a protected file."), path,
+                   text::sentence("Name a text file or a Parquet file.")};
   }
   if (const Outcome<Done> enabled = DuckDbRowQueue::enable(); !enabled) return enabled.problem();
   const std::string fileName = std::filesystem::path(file).stem().string();

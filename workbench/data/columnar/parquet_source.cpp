@@ -12,6 +12,7 @@
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/name_ending.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -100,8 +101,8 @@ Outcome<std::vector<std::string>> filesBelow(const std::string& folder) {
     if (hasEnding(name, parquetEnding) && at->is_regular_file(failure)) files.push_back(name);
   }
   if (failure) {
-    return Problem{fmt::format("The folder cannot be read wholly ({}).", failure.message()), folder,
-                   "Ask the owner of its folders for the permission to read them."};
+    return Problem{text::sentence("The folder cannot be read wholly (^1).", {failure.message()}), folder,
+                   text::sentence("Ask the owner of its folders for the permission to read them.")};
   }
   std::sort(files.begin(), files.end());
   return files;

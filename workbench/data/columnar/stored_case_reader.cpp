@@ -12,6 +12,7 @@
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/data/columnar/stored_values.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -98,9 +99,8 @@ bool StoredCaseReader::nextChunk() {
   if (!isThere) throw ErrorText(storedProblem(isThere.problem(), *table.source).text());
   if (cases_ != table.cases) {
     throw ErrorText(
-        fmt::format("{}: {} cases were read, and {} are there; please report this as a fault of this "
-                    "program.",
-                    table.source->path(), cases_, table.cases));
+        text::sentence("^1: ^2 cases were read, and ^3 are there; please report this as a fault of this program.",
+                       {table.source->path(), fmt::to_string(cases_), fmt::to_string(table.cases)}));
   }
   query_.reset();
   return false;
@@ -156,7 +156,7 @@ void StoredCaseReader::decodeColumn(std::int32_t variable, const VectorCells& ce
       refused = decodeCellTexts(cells, row_, rows, values, caseSlots, type.format.type);
       break;
   }
-  if (refused) refuse(variable, *refused, "is none that its type has");
+  if (refused) refuse(variable, *refused, "In column \"^1\" the value is none that its type has.");
 }
 
 void StoredCaseReader::decodeTexts(std::int32_t variable, const VectorCells& cells, std::size_t rows, OBS* values,
@@ -167,23 +167,26 @@ void StoredCaseReader::decodeTexts(std::int32_t variable, const VectorCells& cel
   for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
     std::string_view text = cells.text(row_ + row);
     if (std::find(noValue.begin(), noValue.end(), text) != noValue.end()) text = "";
-    if (text.size() > static_cast<std::size_t>(type.width)) refuse(variable, row, "is longer than its column is wide");
+    if (text.size() > static_cast<std::size_t>(type.width))
+      refuse(variable, row, "In column \"^1\" the value is longer than its column is wide.");
     std::memcpy(values->text, text.data(), text.size());
     std::memset(values->text + text.size(), ' ', slotBytes - text.size());
   }
 }
 
 void StoredCaseReader::refuse(std::int32_t variable, std::size_t row, std::string_view why) const {
-  throw ErrorText(fmt::format("{}, row {}: In column \"{}\" the value {}. Correct the value or the type.",
-                              dataset_->table->source->path(), cases_ + static_cast<std::int64_t>(row) + 1,
-                              dataset_->dictionary.at(variable).name, why));
+  const std::string number = fmt::to_string(cases_ + static_cast<std::int64_t>(row) + 1);
+  throw ErrorText(Problem{text::sentence(why, {dataset_->dictionary.at(variable).name}),
+                          text::sentence("^1, row ^2", {dataset_->table->source->path(), number}),
+                          text::sentence("Correct the value or the type.")}
+                      .text());
 }
 
 void StoredCaseReader::checkUnchanged() const {
   const StoredTable& table = *dataset_->table;
   if (table.source->identity() == table.identity) return;
   throw ErrorText(
-      fmt::format("{}: The data have changed since they were opened; open them again.", table.source->path()));
+      text::sentence("^1: The data have changed since they were opened; open them again.", {table.source->path()}));
 }
 
 }  // namespace workbench::data

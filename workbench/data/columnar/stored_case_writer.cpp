@@ -74,11 +74,16 @@ class StoredCaseWriter final : public CaseWriter {
   }
 
   void writeNumber(std::size_t column, double value) {
-    if (!realValue(value)) refuse(column, "is no finite number");
+    if (!realValue(value)) refuse(column, noFiniteNumber);
     switch (types_[column]) {
       case DUCKDB_TYPE_DATE: {
         const std::optional<std::int32_t> days = daysOf(value);
-        if (!days) refuse(column, fmt::format("is {}, which is no day of the calendar", value));
+        if (!days) {
+          refuse(column,
+                 "In case ^1 the value of \"^2\" is ^3, which is no day of the calendar, so it cannot be written; "
+                 "correct the value.",
+                 fmt::to_string(value));
+        }
         rows_.setValue(column, *days);
         return;
       }
@@ -87,7 +92,10 @@ class StoredCaseWriter final : public CaseWriter {
         const std::optional<std::int64_t> microseconds = microsecondsOf(value);
         const bool isTimeOfDay = microseconds && timeValue(*microseconds);
         if (!microseconds || (types_[column] == DUCKDB_TYPE_TIME && !isTimeOfDay)) {
-          refuse(column, fmt::format("is {}, which is no date or time in whole microseconds", value));
+          refuse(column,
+                 "In case ^1 the value of \"^2\" is ^3, which is no date or time in whole microseconds, so it cannot "
+                 "be written; correct the value.",
+                 fmt::to_string(value));
         }
         rows_.setValue(column, *microseconds);
         return;
@@ -99,8 +107,8 @@ class StoredCaseWriter final : public CaseWriter {
 
   const Variable& variableOf(std::size_t column) const { return dictionary_.at(static_cast<std::int32_t>(column)); }
 
-  [[noreturn]] void refuse(std::size_t column, std::string_view why) const {
-    refuseValue(path_, casesWritten_ + 1, variableOf(column), why);
+  [[noreturn]] void refuse(std::size_t column, std::string_view why, std::string_view value = {}) const {
+    refuseValue(path_, casesWritten_ + 1, variableOf(column), why, value);
   }
 
   std::unique_ptr<StoredOutput> output_;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -122,10 +123,10 @@ std::string fetchedText(const StoredColumn& column) {
 
 std::string warningOf(const StoredColumn& column) {
   if (column.type == zonedDateTime) {
-    return fmt::format("Column \"{}\": its times bear a zone; they are read as times in UTC.", column.name);
+    return text::sentence("Column \"^1\": its times bear a zone; they are read as times in UTC.", {column.name});
   }
   if (!column.isText() || isKnownText(column)) return {};
-  return fmt::format("Column \"{}\" is of the type {}; its values are read as texts.", column.name, column.type);
+  return text::sentence("Column \"^1\" is of the type ^2; its values are read as texts.", {column.name, column.type});
 }
 
 }  // namespace workbench::data

@@ -8,11 +8,12 @@
 #include "workbench/data/columnar/stored_values.h"
 #include "workbench/data/files/cell_batch.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
 
-constexpr const char* beyondCalendar = "a value that the calendar does not hold";
+std::string beyondCalendar() { return text::sentence("a value that the calendar does not hold"); }
 
 }  // namespace
 
@@ -77,7 +78,7 @@ void StoredEvidence::addNumbers(CellKind kind, const VectorCells& cells, std::si
     if (!value) {
       rises_ = false;
       if (others_.count++ == 0)
-        noteFirst(others_, row, kind == CellKind::number ? fmt::format("{}", values[row]) : beyondCalendar);
+        noteFirst(others_, row, kind == CellKind::number ? fmt::format("{}", values[row]) : beyondCalendar());
       continue;
     }
     if (values_.count++ == 0) noteFirst(values_, row, textOf(kind, *value));

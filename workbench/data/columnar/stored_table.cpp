@@ -10,6 +10,7 @@
 #include "workbench/data/columnar/stored_evidence.h"
 #include "workbench/data/columnar/vector_cells.h"
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -124,8 +125,8 @@ Outcome<std::shared_ptr<const StoredTable>> lookAt(const StoredTable& outline) {
   if (const Outcome<Done> gathered = gather(*table); !gathered)
     return storedProblem(gathered.problem(), *table->source);
   if (table->source->identity() != table->identity) {
-    return Problem{"The data changed while they were read.", table->source->path(),
-                   "Try again when they are complete."};
+    return Problem{text::sentence("The data changed while they were read."), table->source->path(),
+                   text::sentence("Try again when they are complete.")};
   }
   memory().remember(table);
   return std::shared_ptr<const StoredTable>(std::move(table));

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/messages.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -56,8 +57,8 @@ bool DatabaseCaseReader::nextRows() {
   cursor_.reset();
   const DatabaseTable& table = *dataset_->table;
   if (cases_ == table.cases) return false;
-  throw ErrorText(fmt::format("{}: {} rows were read, and {} were there before; the table does not stay as it is.",
-                              table.source->path(), cases_, table.cases));
+  throw ErrorText(text::sentence("^1: ^2 rows were read, and ^3 were there before; the table does not stay as it is.",
+                                 {table.source->path(), fmt::to_string(cases_), fmt::to_string(table.cases)}));
 }
 
 void DatabaseCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t count) {
@@ -66,7 +67,7 @@ void DatabaseCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t c
     const std::optional<std::size_t> refused = decoder_.decode(column, cells, count, cases, caseSlots);
     if (!refused) continue;
     const std::int64_t row = cases_ + static_cast<std::int64_t>(*refused) + 1;
-    const std::string where = fmt::format("{}, row {}", dataset_->table->source->path(), row);
+    const std::string where = text::sentence("^1, row ^2", {dataset_->table->source->path(), fmt::to_string(row)});
     throw ErrorText(decoder_.refusal(column, cells.text(*refused), where).text());
   }
 }

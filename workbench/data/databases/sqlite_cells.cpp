@@ -9,7 +9,8 @@
 #include <utility>
 
 #include "workbench/data/cells/calendar_text.h"
-#include "workbench/data/files/refused_value.h"
+#include "workbench/text/utf8.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -63,14 +64,14 @@ void appendDigits(std::string_view bytes, std::string& text) {
 
 KnownColumn sqliteColumn(std::string name, std::string declaredType) {
   const CellKind kind = kindOfDeclared(declaredType);
-  if (declaredType.empty()) declaredType = "values of any type";
+  if (declaredType.empty()) declaredType = text::sentence("values of any type");
   return {std::move(name), std::move(declaredType), kind, "", std::nullopt};
 }
 
 Outcome<Done> SqliteCells::add(SqliteStatement& row, std::uint64_t number, CellBatch& batch) {
   const auto refusal = [&](std::size_t column, std::string_view why) {
-    return Problem{fmt::format("In column \"{}\" the value {}.", columns_[column].name, why),
-                   fmt::format("{}, row {}", path_, number), "Correct the value."};
+    return Problem{text::sentence(why, {columns_[column].name}),
+                   text::sentence("^1, row ^2", {path_, fmt::to_string(number)}), text::sentence("Correct the value.")};
   };
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     const int index = static_cast<int>(column);
@@ -84,7 +85,9 @@ Outcome<Done> SqliteCells::add(SqliteStatement& row, std::uint64_t number, CellB
         break;
       case SQLITE_TEXT: {
         const std::string_view text = row.text(index);
-        if (const char* const why = problemOfText(text)) return refusal(column, why);
+        if (text.find('\0') != std::string_view::npos)
+          return refusal(column, "In column \"^1\" the value holds a NUL byte.");
+        if (!text::isUtf8(text)) return refusal(column, "In column \"^1\" the value is no UTF-8.");
         if (!text.empty() && !isCalendarText(columns_[column].kind, text)) batch.markText(column);
         batch.add(text, false, number);
         break;
@@ -99,7 +102,8 @@ Outcome<Done> SqliteCells::add(SqliteStatement& row, std::uint64_t number, CellB
       default:
         batch.add("", true, number);
     }
-    if (batch.ownBytes() > CellBatch::mostBytes) return refusal(column, "is longer than is read");
+    if (batch.ownBytes() > CellBatch::mostBytes)
+      return refusal(column, "In column \"^1\" the value is longer than is read.");
   }
   return Done{};
 }
@@ -108,8 +112,9 @@ std::vector<std::string> SqliteCells::warnings() const {
   std::vector<std::string> names;
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     if (hasBytes_[column]) {
-      names.push_back(fmt::format("Column \"{}\" holds bytes; they are read as the texts of their hexadecimal digits.",
-                                  columns_[column].name));
+      names.push_back(
+          text::sentence("Column \"^1\" holds bytes; they are read as the texts of their hexadecimal digits.",
+                         {columns_[column].name}));
     }
   }
   return names;

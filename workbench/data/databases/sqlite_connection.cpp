@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "workbench/data/files/input_file.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -18,11 +19,13 @@ constexpr int millisecondsToWait = 2000;
 Outcome<Done> checkFile(const std::string& file, const std::string& shown) {
   struct stat status{};
   if (::stat(file.c_str(), &status) != 0) {
-    return Problem{"There is no such file.", shown, "Check the name and the folder."};
+    return Problem{text::sentence("There is no such file."), shown, text::sentence("Check the name and the folder.")};
   }
-  if (!S_ISREG(status.st_mode)) return Problem{"This is no plain file.", shown, "Name a database file."};
+  if (!S_ISREG(status.st_mode))
+    return Problem{text::sentence("This is no plain file."), shown, text::sentence("Name a database file.")};
   if (::access(file.c_str(), R_OK) != 0) {
-    return Problem{"The file may not be read.", shown, "Ask its owner for the permission to read it."};
+    return Problem{text::sentence("The file may not be read."), shown,
+                   text::sentence("Ask its owner for the permission to read it.")};
   }
   return Done{};
 }
@@ -97,8 +100,9 @@ Outcome<Done> SqliteConnection::run(std::string_view sql) const {
 }
 
 Problem SqliteConnection::problem() const {
-  const char* const message = handle_ != nullptr ? library_.sqlite3_errmsg(handle_) : "there is not enough memory";
-  return {fmt::format("SQLite reports: {}.", message), shown_, ""};
+  const std::string message =
+      handle_ != nullptr ? library_.sqlite3_errmsg(handle_) : text::sentence("there is not enough memory");
+  return {text::sentence("SQLite reports: ^1.", {message}), shown_, ""};
 }
 
 Outcome<std::unique_ptr<SqliteStatement>> SqliteStatement::prepare(std::shared_ptr<const SqliteConnection> connection,

@@ -14,6 +14,7 @@
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_choice.h"
 #include "workbench/data/files/table_reference.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -119,7 +120,7 @@ class SqliteSource final : public RowSource {
   // A file in whose place another one stands, or that somebody changed without asking SQLite.
   Outcome<Done> checkUnchanged() const {
     if (keepsLog_ || stateOf(file_) == state_) return Done{};
-    return Problem{"The data have changed since they were opened; open them again.", path_, ""};
+    return Problem{text::sentence("The data have changed since they were opened; open them again."), path_, ""};
   }
 
  private:
@@ -229,7 +230,8 @@ Outcome<std::unique_ptr<RowCursor>> SqliteSource::open(const std::vector<std::si
 Outcome<std::shared_ptr<const RowSource>> openSqliteTable(const std::string& path) {
   const auto [file, wanted] = tableReference(path);
   if (isProtectedName(file)) {
-    return Problem{"A database is not read from a protected file.", path, "Decrypt it first."};
+    return Problem{text::sentence("A database is not read from a protected file."), path,
+                   text::sentence("Decrypt it first.")};
   }
   return SqliteSource::open(path, file, wanted);
 }

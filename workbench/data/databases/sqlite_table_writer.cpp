@@ -20,6 +20,7 @@
 #include "workbench/data/files/refused_value.h"
 #include "workbench/data/files/table_reference.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -100,30 +101,39 @@ class SqliteCaseWriter final : public CaseWriter {
   }
 
   void bindNumber(const Variable& variable, int parameter, double number) {
-    if (!std::isfinite(number)) refuse(variable, "is no finite number");
+    if (!std::isfinite(number)) refuse(variable, noFiniteNumber);
     std::optional<std::string> text;
+    const char* why = nullptr;
     switch (variable.format.type) {
       case FormatType::date:
         text = dateText(number);
-        if (!text) refuse(variable, fmt::format("is {}, which is no day of the calendar", number));
+        why =
+            "In case ^1 the value of \"^2\" is ^3, which is no day of the calendar, so it cannot be written; correct "
+            "the "
+            "value.";
         break;
       case FormatType::time:
         text = timeText(number);
-        if (!text) refuse(variable, fmt::format("is {}, which is no time of a day", number));
+        why =
+            "In case ^1 the value of \"^2\" is ^3, which is no time of a day, so it cannot be written; correct the "
+            "value.";
         break;
       case FormatType::dateTime:
         text = dateTimeText(number);
-        if (!text) refuse(variable, fmt::format("is {}, which is no date with a time", number));
+        why =
+            "In case ^1 the value of \"^2\" is ^3, which is no date with a time, so it cannot be written; correct the "
+            "value.";
         break;
       default:
         insertion_->bind(parameter, number);
         return;
     }
+    if (!text) refuse(variable, why, fmt::to_string(number));
     insertion_->bind(parameter, *text);
   }
 
-  [[noreturn]] void refuse(const Variable& variable, std::string_view why) const {
-    refuseValue(path_, casesWritten_ + 1, variable, why);
+  [[noreturn]] void refuse(const Variable& variable, std::string_view why, std::string_view value = {}) const {
+    refuseValue(path_, casesWritten_ + 1, variable, why, value);
   }
 
   std::unique_ptr<DatabaseOutput> output_;
@@ -145,7 +155,7 @@ Outcome<Done> copyDatabase(const DatabaseOutput& output, const SqliteConnection&
   if (backup == nullptr) return copy.problem();
   library.sqlite3_backup_step(backup, -1);
   if (const int state = library.sqlite3_backup_finish(backup); state != SQLITE_OK) {
-    return Problem{fmt::format("The database cannot be copied (SQLite reports: {}).", library.sqlite3_errstr(state)),
+    return Problem{text::sentence("The database cannot be copied (^1).", {library.sqlite3_errstr(state)}),
                    output.file(), ""};
   }
   return Done{};
@@ -181,11 +191,13 @@ Outcome<std::unique_ptr<CaseWriter>> createSqliteTable(const std::string& path, 
                                                        const Secret& password) {
   const auto [file, wanted] = tableReference(path);
   if (!password.empty()) {
-    return Problem{"A database is not written as a protected file.", path, "Name a text file or a Parquet file."};
+    return Problem{text::sentence("A database is not written as a protected file."), path,
+                   text::sentence("Name a text file or a Parquet file.")};
   }
   const std::string table = wanted.empty() ? std::filesystem::path(file).stem().string() : wanted;
   if (table == sqliteResourceTable) {
-    return Problem{"The dictionaries of the tables are kept under this name.", path, "Name another table."};
+    return Problem{text::sentence("The dictionaries of the tables are kept under this name."), path,
+                   text::sentence("Name another table.")};
   }
   WritableDictionary written = writablePartOf(dictionary);
   const Outcome<std::string> resource = resourceText(table, written.dictionary);

@@ -14,7 +14,8 @@ DatasourceAttributes readAttributes(const DescriptorValue& value) {
   if (!object) return attributes;
   const auto members = object->members();
   if (members.size() > static_cast<std::size_t>(mostAttributes)) {
-    value.reject(fmt::format("has {} names; {} are the most.", members.size(), mostAttributes), "Leave some out.");
+    value.reject("^1 has ^2 names; ^3 are the most.", {fmt::to_string(members.size()), fmt::to_string(mostAttributes)},
+                 "Leave some out.");
     return attributes;
   }
   for (const auto& [name, member] : members) {

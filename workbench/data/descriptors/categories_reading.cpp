@@ -1,12 +1,11 @@
 #include "workbench/data/descriptors/categories_reading.h"
 
-#include <fmt/format.h>
-
 #include <set>
 #include <string>
 #include <unordered_set>
 
 #include "workbench/data/descriptors/property_names.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -47,7 +46,7 @@ std::set<FieldValue> valuesOf(const std::vector<MissingEntry>& missing, const Fi
 std::vector<FieldValue> readList(const DescriptorValue& value, const std::vector<MissingEntry>& missing,
                                  const FieldValueReader& values, ValueLabels& labels) {
   const std::vector<DescriptorValue> list = value.list().value_or(std::vector<DescriptorValue>{});
-  if (list.empty()) value.reject("lists no value.", "List all values that the field may hold, or leave it out.");
+  if (list.empty()) value.reject("^1 lists no value.", "List all values that the field may hold, or leave it out.");
   const std::set<FieldValue> missingOnes = valuesOf(missing, values);
   std::set<FieldValue> known;
   std::unordered_set<std::string> knownLabels;
@@ -61,14 +60,13 @@ std::vector<FieldValue> readList(const DescriptorValue& value, const std::vector
     const std::optional<Category> category = categoryOf(each, asObject, values);
     if (!category) break;
     if (!known.insert(category->value).second) {
-      each.rejectWith(fmt::format("The category {} is listed twice.", shownValue(category->value)), "List it once.");
+      each.rejectWith("The category ^1 is listed twice.", {shownValue(category->value)}, "List it once.");
     }
     if (category->label && !knownLabels.insert(*category->label).second) {
-      each.rejectWith(fmt::format("Two categories have the label \"{}\".", *category->label),
-                      "Give each a label of its own.");
+      each.rejectWith("Two categories have the label \"^1\".", {*category->label}, "Give each a label of its own.");
     }
     if (missingOnes.contains(category->value)) {
-      each.rejectWith(fmt::format("{} is a category and a missing value at once.", shownValue(category->value)),
+      each.rejectWith("^1 is a category and a missing value at once.", {shownValue(category->value)},
                       "Take it out of \"categories\" or of the \"missingValues\" in force, which are [\"\"] where "
                       "none are listed.");
     }
@@ -88,7 +86,7 @@ void readOldLabels(const DescriptorValue& value, const std::string& fieldName, c
     if (const auto labelledValue = values.ofCell(cell)) {
       labels.add(*labelledValue, *label, labelled);
     } else {
-      value.findings().warn(fmt::format("the label of \"{}\" is left out, because it stands for no value.", cell),
+      value.findings().warn(text::sentence("the label of \"^1\" is left out, because it stands for no value.", {cell}),
                             fieldName);
     }
   }
@@ -116,7 +114,8 @@ CategoriesReading readCategories(const DescriptorObject& field, const FieldType&
   if (!value) return reading;
   if (!type.takesCategories) {
     field.value().findings().warn(
-        fmt::format("\"categories\" are passed over, because a field of type \"{}\" has none.", type.name), fieldName);
+        text::sentence("\"categories\" are passed over, because a field of type \"^1\" has none.", {type.name}),
+        fieldName);
     return reading;
   }
   reading.areGiven = true;

@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/cell_reading_of_field.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <unordered_set>
@@ -18,9 +16,9 @@ constexpr std::string_view oldPrefix = "fmt:";  // before patterns, in the earli
 void readPattern(const DescriptorValue& value, const std::string& format, CellReading& reading) {
   constexpr const char* writeAPattern = "Write the pattern of the cells, or leave it out for ISO 8601.";
   if (format.empty()) {
-    value.reject("is empty.", writeAPattern);
+    value.reject("^1 is empty.", writeAPattern);
   } else if (const auto problem = patternProblem(reading.type, format)) {
-    value.reject(fmt::format("is \"{}\"; this pattern {}.", format, *problem), writeAPattern);
+    value.reject("^1 is \"^2\"; ^3.", {format, *problem}, writeAPattern);
   } else {
     reading.pattern = format;
   }
@@ -38,9 +36,9 @@ void readFormat(const DescriptorObject& field, const FieldType& type, CellReadin
     return;
   }
   const std::vector<std::string> known(type.formats.begin(), type.formats.end());
-  value->reject(fmt::format("is \"{}\", and a field of type \"{}\" knows only {}.", *format, type.name, listed(known)),
-                "It says how cells are read; how values are shown stands in \"statistics:variable\"." +
-                    nearestHint(*format, known));
+  value->reject("^1 is \"^2\", and a field of type \"^3\" knows only ^4.", {*format, type.name, listedOr(known)},
+                remedyWithHint("It says how cells are read; how values are shown stands in \"statistics:variable\".",
+                               *format, known));
 }
 
 // The text is a mark inside numbers.
@@ -48,7 +46,7 @@ std::optional<std::string> markInNumbers(const DescriptorValue& value) {
   std::optional<std::string> mark = value.textWithoutNul();
   if (!mark) return std::nullopt;
   if (!mark->empty() && mark->find_first_of("0123456789+-") == std::string::npos) return mark;
-  value.reject("has to be one character or more, none of them a digit or a sign.",
+  value.reject("^1 has to be one character or more, none of them a digit or a sign.",
                "Write the characters, or leave it out.");
   return std::nullopt;
 }
@@ -67,7 +65,7 @@ void readBareNumber(const DescriptorValue& value, CellReading& reading) {
 
 std::vector<std::string> textsOfTruth(const DescriptorValue& value) {
   std::vector<std::string> all = value.texts().value_or(std::vector<std::string>{});
-  if (all.empty()) value.reject("names no text.", "Name at least one, or leave it out.");
+  if (all.empty()) value.reject("^1 names no text.", "Name at least one, or leave it out.");
   return all;
 }
 
@@ -92,7 +90,7 @@ constexpr auto readingRows = std::to_array<ReadingRow>({
 void checkMarks(const DescriptorObject& field, const CellReading& reading) {
   if (reading.type != CellType::number || reading.groupChar != reading.decimalChar) return;
   field.value().rejectWith(
-      fmt::format("\"groupChar\" and \"decimalChar\" are both \"{}\".", reading.groupChar),
+      "\"groupChar\" and \"decimalChar\" are both \"^1\".", {reading.groupChar},
       "Give both where numbers have a decimal comma: \"decimalChar\": \",\" and \"groupChar\": \".\".");
 }
 
@@ -101,7 +99,7 @@ void checkTruth(const DescriptorObject& field, const CellReading& reading) {
   const std::unordered_set<std::string> falseTexts(reading.falseTexts.begin(), reading.falseTexts.end());
   for (const std::string& each : reading.trueTexts) {
     if (!falseTexts.contains(each)) continue;
-    field.value().rejectWith(fmt::format("\"{}\" stands among the texts for true and among those for false.", each),
+    field.value().rejectWith("\"^1\" stands among the texts for true and among those for false.", {each},
                              "Give both \"trueValues\" and \"falseValues\", each text in one of them.");
   }
 }

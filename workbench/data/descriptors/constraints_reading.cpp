@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/constraints_reading.h"
 
-#include <fmt/format.h>
-
 #include <array>
 #include <limits>
 #include <set>
@@ -21,12 +19,12 @@ void checkLength(const DescriptorValue& value) { (void)value.wholeNumber(0, std:
 // A value of the field, or the text of a cell.
 void checkBound(const DescriptorValue& value) {
   if (value.isNumber() || value.isText()) return;
-  value.reject("has to be a number or a text.", "Write a value of the field.");
+  value.reject("^1 has to be a number or a text.", "Write a value of the field.");
 }
 
 void checkEnumeration(const DescriptorValue& value) {
   const auto entries = value.list();
-  if (entries && entries->empty()) value.reject("lists no value.", "List at least one, or leave it out.");
+  if (entries && entries->empty()) value.reject("^1 lists no value.", "List at least one, or leave it out.");
 }
 
 struct ConstraintRow {
@@ -59,7 +57,7 @@ void checkPartOfCategories(const DescriptorValue& enumeration, const std::vector
   for (const DescriptorValue& entry : enumeration.list().value_or(std::vector<DescriptorValue>{})) {
     const std::optional<FieldValue> value = enumeratedValue(entry, values);
     if (value && known.contains(*value)) continue;
-    entry.reject("is none of the field's categories.", "Take it out of \"enum\", or add it to \"categories\".");
+    entry.reject("^1 is none of the field's categories.", "Take it out of \"enum\", or add it to \"categories\".");
     return;
   }
 }
@@ -68,7 +66,7 @@ void checkDistinct(const DescriptorValue& enumeration) {
   std::unordered_set<std::string> known;
   for (const DescriptorValue& entry : enumeration.list().value_or(std::vector<DescriptorValue>{})) {
     if (known.insert(entry.shown()).second) continue;
-    entry.reject("is listed twice.", "List it once.");
+    entry.reject("^1 is listed twice.", "List it once.");
     return;
   }
 }

@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/data_package.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -11,6 +9,7 @@
 #include "workbench/data/descriptors/property_names.h"
 #include "workbench/data/descriptors/resource_path.h"
 #include "workbench/data/descriptors/table_resource.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -50,7 +49,7 @@ void readPaths(const DescriptorObject& object, Resource& resource) {
     return;
   }
   const std::vector<DescriptorValue> entries = *path->list();
-  if (entries.empty()) path->reject("lists no file.", "Name at least one.");
+  if (entries.empty()) path->reject("^1 lists no file.", "Name at least one.");
   for (const DescriptorValue& entry : entries) addPath(entry, resource);
 }
 
@@ -73,7 +72,7 @@ std::vector<Resource> resourcesOf(const DescriptorValue& package) {
   const auto value = object ? object->required(property::resources) : std::nullopt;
   const auto list = value ? value->list() : std::nullopt;
   if (!list) return resources;
-  if (list->empty()) value->reject("lists no resource.", "List at least one.");
+  if (list->empty()) value->reject("^1 lists no resource.", "List at least one.");
   std::unordered_set<std::string> names;
   for (const DescriptorValue& each : *list) {
     const auto resourceObject = each.object();
@@ -81,7 +80,7 @@ std::vector<Resource> resourcesOf(const DescriptorValue& package) {
     const std::optional<std::string> written = name ? name->text() : std::nullopt;
     if (!written) return resources;
     if (!names.insert(*written).second) {
-      name->reject(fmt::format("is \"{}\", as that of another resource is.", *written),
+      name->reject("^1 is \"^2\", as that of another resource is.", {*written},
                    "Give each resource a name of its own.");
     }
     Resource resource{*resourceObject, *written, {}};
@@ -98,8 +97,9 @@ Outcome<std::optional<std::size_t>> resourceOfFile(const std::vector<Resource>& 
   const auto found = std::find_if(resources.begin(), resources.end(), isOfFile);
   if (found == resources.end()) return std::optional<std::size_t>();
   if (const auto other = std::find_if(found + 1, resources.end(), isOfFile); other != resources.end()) {
-    return Problem{fmt::format("The resources \"{}\" and \"{}\" both describe {}.", found->name, other->name, dataPath),
-                   found->object.value().document().path, "Open one of them by its name."};
+    return Problem{
+        text::sentence("The resources \"^1\" and \"^2\" both describe ^3.", {found->name, other->name, dataPath}),
+        found->object.value().document().path, text::sentence("Open one of them by its name.")};
   }
   return std::optional(static_cast<std::size_t>(found - resources.begin()));
 }

@@ -16,7 +16,7 @@ namespace {
 std::optional<double> numberThatDataHold(const DescriptorValue& value) {
   const std::optional<double> number = value.number();
   if (!number || *number != systemMissing) return number;
-  value.reject("is the number that stands for no value at all.", "Write another number.");
+  value.reject("^1 is the number that stands for no value at all.", "Write another number.");
   return std::nullopt;
 }
 
@@ -24,7 +24,7 @@ std::optional<double> numberThatDataHold(const DescriptorValue& value) {
 std::optional<double> endOfRange(const DescriptorValue& value, std::string_view openWord, double openEnd) {
   if (value.isText() && *value.text() == openWord) return openEnd;
   if (value.isNumber()) return numberThatDataHold(value);
-  value.reject(fmt::format("has to be a number or \"{}\".", openWord), "Write one of them.");
+  value.reject("^1 has to be a number or \"^2\".", {openWord}, "Write one of them.");
   return std::nullopt;
 }
 
@@ -37,15 +37,14 @@ std::optional<FieldValue> discreteValue(const DescriptorValue& value, bool isTex
   if (!written) return std::nullopt;
   std::string kept(text::withoutTrailingBlanks(*written));
   if (kept.size() <= longestMissingText) return kept;
-  value.reject(fmt::format("is \"{}\", and no missing value of a string may be longer than {} bytes.", *written,
-                           longestMissingText),
-               "Take it out; its label, if it has one, may stay.");
+  value.reject("^1 is \"^2\", and no missing value of a string may be longer than ^3 bytes.",
+               {*written, fmt::to_string(longestMissingText)}, "Take it out; its label, if it has one, may stay.");
   return std::nullopt;
 }
 
 std::optional<DeclaredMissing> rangeOf(const DescriptorObject& object, bool isText) {
   if (isText) {
-    object.value().reject("is a range, and a string has no range of missing values.",
+    object.value().reject("^1 is a range, and a string has no range of missing values.",
                           "Write \"values\" with one to three texts.");
     return std::nullopt;
   }
@@ -75,7 +74,7 @@ std::optional<DeclaredMissing> valuesOf(const DescriptorValue& list, bool isText
   const auto entries = list.list();
   if (!entries) return std::nullopt;
   if (entries->empty() || entries->size() > std::size_t{mostDiscreteValues}) {
-    list.reject(fmt::format("has {} entries, and a variable has one to three missing values.", entries->size()),
+    list.reject("^1 has ^2 entries, and a variable has one to three missing values.", {fmt::to_string(entries->size())},
                 "Use a range for more, or leave \"missing\" out where there is none.");
     return std::nullopt;
   }
@@ -98,7 +97,7 @@ std::optional<DeclaredMissing> declaredMissing(const DescriptorValue& value, con
   const auto list = object->at(property::values);
   if (!list) return rangeOf(*object, values.isText());
   if (object->has(property::low) || object->has(property::high) || object->has(property::value)) {
-    value.reject("gives \"values\" beside a range.", "Write either \"values\", or \"low\" and \"high\".");
+    value.reject("^1 gives \"values\" beside a range.", "Write either \"values\", or \"low\" and \"high\".");
     return std::nullopt;
   }
   return valuesOf(*list, values.isText());

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "workbench/text/nearest_word.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -31,10 +32,27 @@ std::optional<std::int64_t> wholeNumberOf(const Json& json) {
   return number;
 }
 
+// The pattern sets the last word behind those before it.
+std::string listed(const std::vector<std::string>& words, std::string_view pattern) {
+  std::string text;
+  for (std::size_t index = 0; index < words.size(); ++index) {
+    const std::string word = fmt::format("\"{}\"", words[index]);
+    if (index == 0) {
+      text = word;
+    } else {
+      text = index + 1 == words.size() ? text::sentence(pattern, {text, word}) : text + ", " + word;
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 DescriptorValue::DescriptorValue(const JsonDocument& document, DescriptorFindings& findings)
-    : document_(&document), findings_(&findings), json_(document.root.get()), subject_("The descriptor") {}
+    : document_(&document),
+      findings_(&findings),
+      json_(document.root.get()),
+      subject_(text::sentence("The descriptor")) {}
 
 DescriptorValue::DescriptorValue(const DescriptorValue& parent, const Json& json, std::string place,
                                  std::string subject)
@@ -53,30 +71,30 @@ bool DescriptorValue::isNull() const { return json_->is_null(); }
 
 std::optional<std::string> DescriptorValue::text() const {
   if (isText()) return json_->get<std::string>();
-  reject(fmt::format("is {}, and has to be a text.", kind()), "Write a text in quotes.");
+  reject("^1 is ^2, and has to be a text.", {kind()}, "Write a text in quotes.");
   return std::nullopt;
 }
 
 std::optional<std::string> DescriptorValue::textWithoutNul() const {
   std::optional<std::string> written = text();
   if (!written || written->find('\0') == std::string::npos) return written;
-  reject("holds a NUL character.", "Remove it.");
+  reject("^1 holds a NUL character.", "Remove it.");
   return std::nullopt;
 }
 
 std::optional<bool> DescriptorValue::truth() const {
   if (isTruth()) return json_->get<bool>();
-  reject(fmt::format("is {}, and has to be true or false.", kind()), "Write one of them, without quotes.");
+  reject("^1 is ^2, and has to be true or false.", {kind()}, "Write one of them, without quotes.");
   return std::nullopt;
 }
 
 std::optional<double> DescriptorValue::number() const {
   if (!isNumber()) {
-    reject(fmt::format("is {}, and has to be a number.", kind()), "Write a number without quotes.");
+    reject("^1 is ^2, and has to be a number.", {kind()}, "Write a number without quotes.");
     return std::nullopt;
   }
   if (document_->roundedNumbers.contains(place_) || (json_->is_number_integer() && !wholeNumberOf(*json_))) {
-    reject("is a number that no double holds as it is written.",
+    reject("^1 is a number that no double holds as it is written.",
            "Write one of at most 15 digits, a whole one up to 2^53.");
     return std::nullopt;
   }
@@ -86,22 +104,31 @@ std::optional<double> DescriptorValue::number() const {
 std::optional<std::int64_t> DescriptorValue::wholeNumber(std::int64_t least, std::int64_t most) const {
   const std::optional<std::int64_t> whole = isNumber() ? wholeNumberOf(*json_) : std::nullopt;
   if (whole && *whole >= least && *whole <= most) return whole;
-  const std::string range =
-      most >= largestExactInteger ? fmt::format("{} or more", least) : fmt::format("{} to {}", least, most);
-  reject(fmt::format("{} a whole number of {}.", isNumber() ? "is not" : fmt::format("is {}, and has to be", kind()),
-                     range),
-         "Write such a number without quotes.");
+  const bool isOpen = most >= largestExactInteger;
+  const std::string first = fmt::to_string(least);
+  const std::string last = fmt::to_string(most);
+  constexpr std::string_view remedy = "Write such a number without quotes.";
+  if (isNumber() && isOpen) {
+    reject("^1 is not a whole number of ^2 or more.", {first}, remedy);
+  } else if (isNumber()) {
+    reject("^1 is not a whole number of ^2 to ^3.", {first, last}, remedy);
+  } else if (isOpen) {
+    reject("^1 is ^2, and has to be a whole number of ^3 or more.", {kind(), first}, remedy);
+  } else {
+    reject("^1 is ^2, and has to be a whole number of ^3 to ^4.", {kind(), first, last}, remedy);
+  }
   return std::nullopt;
 }
 
 std::optional<std::vector<DescriptorValue>> DescriptorValue::list() const {
   if (!isList()) {
-    reject(fmt::format("is {}, and has to be a list.", kind()), "Put it into brackets, even a single entry.");
+    reject("^1 is ^2, and has to be a list.", {kind()}, "Put it into brackets, even a single entry.");
     return std::nullopt;
   }
   std::vector<DescriptorValue> entries;
   entries.reserve(json_->size());
-  const std::string subject = place_.empty() ? "An entry" : fmt::format("An entry of {}", subject_);
+  const std::string subject =
+      place_.empty() ? text::sentence("An entry") : text::sentence("An entry of ^1", {subject_});
   for (std::size_t index = 0; index < json_->size(); ++index) {
     entries.push_back({*this, (*json_)[index], pointerTo(place_, index), subject});
   }
@@ -122,27 +149,34 @@ std::optional<std::vector<std::string>> DescriptorValue::texts() const {
 
 std::optional<DescriptorObject> DescriptorValue::object() const {
   if (isObject()) return DescriptorObject(*this);
-  reject(fmt::format("is {}, and has to be an object.", kind()), "Put its properties into braces.");
+  reject("^1 is ^2, and has to be an object.", {kind()}, "Put its properties into braces.");
   return std::nullopt;
 }
 
-void DescriptorValue::reject(const std::string& what, const std::string& remedy) const {
-  rejectWith(fmt::format("{} {}", subject_, what), remedy);
+void DescriptorValue::reject(std::string_view what, std::initializer_list<std::string_view> items,
+                             std::string_view remedy) const {
+  const auto item = [&](std::size_t index) { return index < items.size() ? items.begin()[index] : std::string_view(); };
+  noteProblem(text::sentence(what, {subject_, item(0), item(1), item(2)}), remedy);
 }
 
-void DescriptorValue::rejectWith(std::string sentence, std::string remedy) const {
+void DescriptorValue::rejectWith(std::string_view what, std::initializer_list<std::string_view> items,
+                                 std::string_view remedy) const {
+  noteProblem(text::sentence(what, items), remedy);
+}
+
+void DescriptorValue::noteProblem(std::string what, std::string_view remedy) const {
   const std::string where = place_.empty() ? document_->path : fmt::format("{}, {}", document_->path, place_);
-  findings_->reject({std::move(sentence), where, std::move(remedy)});
+  findings_->reject({std::move(what), where, text::sentence(remedy)});
 }
 
 std::string DescriptorValue::shown() const { return json_->dump(); }
 
 std::string DescriptorValue::kind() const {
-  if (isText()) return "a text";
+  if (isText()) return text::sentence("a text");
   if (isTruth()) return json_->get<bool>() ? "true" : "false";
-  if (isNumber()) return "a number";
-  if (isList()) return "a list";
-  return isObject() ? "an object" : "null";
+  if (isNumber()) return text::sentence("a number");
+  if (isList()) return text::sentence("a list");
+  return isObject() ? text::sentence("an object") : "null";
 }
 
 std::optional<std::size_t> DescriptorValue::wordIndex(const std::vector<std::string>& words) const {
@@ -150,9 +184,13 @@ std::optional<std::size_t> DescriptorValue::wordIndex(const std::vector<std::str
   if (!written) return std::nullopt;
   const auto found = std::find(words.begin(), words.end(), *written);
   if (found != words.end()) return static_cast<std::size_t>(found - words.begin());
-  const bool isOnly = words.size() == 1;
-  reject(fmt::format("is \"{}\", and has to be {}{}.", *written, isOnly ? "" : "one of ", listed(words)),
-         (isOnly ? "Write this word." : "Write one of these words.") + nearestHint(*written, words));
+  if (words.size() == 1) {
+    reject("^1 is \"^2\", and has to be ^3.", {*written, listedOr(words)},
+           remedyWithHint("Write this word.", *written, words));
+  } else {
+    reject("^1 is \"^2\", and has to be one of ^3.", {*written, listedOr(words)},
+           remedyWithHint("Write one of these words.", *written, words));
+  }
   return std::nullopt;
 }
 
@@ -164,7 +202,7 @@ std::optional<DescriptorValue> DescriptorObject::at(std::string_view name) const
 
 std::optional<DescriptorValue> DescriptorObject::required(std::string_view name) const {
   std::optional<DescriptorValue> member = at(name);
-  if (!member) value_.reject(fmt::format("has no \"{}\".", name), fmt::format("Add \"{}\".", name));
+  if (!member) value_.reject("^1 has no \"^2\".", {name}, text::sentence("Add \"^1\".", {name}));
   return member;
 }
 
@@ -180,24 +218,22 @@ void DescriptorObject::rejectOthers(const std::vector<std::string_view>& known) 
   for (const auto& [name, member] : members()) {
     if (std::find(known.begin(), known.end(), name) != known.end()) continue;
     const std::vector<std::string> words(known.begin(), known.end());
-    member.reject(fmt::format("is no part of {}.", value_.subject_),
-                  fmt::format("Its parts are {}.{}", listed(words, "and"), nearestHint(name, words)));
+    const std::string parts = text::sentence("Its parts are ^1.", {listedAnd(words)});
+    member.reject("^1 is no part of ^2.", {value_.subject_}, remedyWithHint(parts, name, words));
     return;
   }
 }
 
-std::string listed(const std::vector<std::string>& words, std::string_view last) {
-  std::string text;
-  for (std::size_t index = 0; index < words.size(); ++index) {
-    if (index != 0) text += index + 1 == words.size() ? fmt::format(" {} ", last) : ", ";
-    text += fmt::format("\"{}\"", words[index]);
-  }
-  return text;
-}
+std::string listedOr(const std::vector<std::string>& words) { return listed(words, "^1 or ^2"); }
 
-std::string nearestHint(std::string_view word, const std::vector<std::string>& known) {
-  const std::optional<std::string> nearest = text::nearestWord(word, known);
-  return nearest ? fmt::format(" Did you mean \"{}\"?", *nearest) : "";
+std::string listedAnd(const std::vector<std::string>& words) { return listed(words, "^1 and ^2"); }
+
+std::string remedyWithHint(std::string_view remedy, std::string_view word, const std::vector<std::string>& known) {
+  std::string all = text::sentence(remedy);
+  if (const std::optional<std::string> nearest = text::nearestWord(word, known)) {
+    all += " " + text::sentence("Did you mean ^1?", {fmt::format("\"{}\"", *nearest)});
+  }
+  return all;
 }
 
 }  // namespace workbench::data

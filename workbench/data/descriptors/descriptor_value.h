@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -54,10 +55,14 @@ class DescriptorValue {
   template <class Meaning, std::size_t size>
   std::optional<Meaning> word(const std::array<WordRow<Meaning>, size>& rows) const;
 
-  // Notes a problem of this value: "`subject` `what`", where the subject is the property's name or its entry.
-  void reject(const std::string& what, const std::string& remedy) const;
-  // A problem of this place, in a sentence of its own.
-  void rejectWith(std::string sentence, std::string remedy) const;
+  // Notes a problem of this value. What is a sentence to be looked up, in which ^1 stands for the subject (the
+  // property's name or its entry) and ^2 to ^4 for the items. A remedy is looked up as well, unless it is
+  // a text that was.
+  void reject(std::string_view what, std::string_view remedy) const { reject(what, {}, remedy); }
+  void reject(std::string_view what, std::initializer_list<std::string_view> items, std::string_view remedy) const;
+  // A problem of this place, in a sentence of its own, where ^1 is the first item.
+  void rejectWith(std::string_view what, std::string_view remedy) const { rejectWith(what, {}, remedy); }
+  void rejectWith(std::string_view what, std::initializer_list<std::string_view> items, std::string_view remedy) const;
   DescriptorFindings& findings() const { return *findings_; }
   const JsonDocument& document() const { return *document_; }
   std::string shown() const;  // its JSON text
@@ -67,6 +72,7 @@ class DescriptorValue {
   DescriptorValue(const DescriptorValue& parent, const Json& json, std::string place, std::string subject);
 
   std::string kind() const;  // "a number"
+  void noteProblem(std::string what, std::string_view remedy) const;
   std::optional<std::size_t> wordIndex(const std::vector<std::string>& words) const;
 
   const JsonDocument* document_;
@@ -98,10 +104,12 @@ class DescriptorObject {
 };
 
 // "a", "b" or "c"
-std::string listed(const std::vector<std::string>& words, std::string_view last = "or");
+std::string listedOr(const std::vector<std::string>& words);
+// "a", "b" and "c"
+std::string listedAnd(const std::vector<std::string>& words);
 
-// " Did you mean \"b\"?", or nothing when no word is near.
-std::string nearestHint(std::string_view word, const std::vector<std::string>& known);
+// The remedy, looked up, with `Did you mean "b"?` behind it when a word is near.
+std::string remedyWithHint(std::string_view remedy, std::string_view word, const std::vector<std::string>& known);
 
 template <class Meaning, std::size_t size>
 std::optional<Meaning> DescriptorValue::word(const std::array<WordRow<Meaning>, size>& rows) const {

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "workbench/data/descriptors/property_names.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -25,11 +26,12 @@ std::optional<std::string> mark(const DescriptorValue& value) {
   std::optional<std::string> written = value.textWithoutNul();
   if (!written) return std::nullopt;
   if (written->empty()) {
-    value.reject("is empty, and has to be a text of one character or more.", "Leave it out, or write the characters.");
+    value.reject("^1 is empty, and has to be a text of one character or more.",
+                 "Leave it out, or write the characters.");
     return std::nullopt;
   }
   if (written->find_first_of("\r\n") == std::string::npos) return written;
-  value.reject("holds a line end, and has to stand within a line.", "Write other characters.");
+  value.reject("^1 holds a line end, and has to stand within a line.", "Write other characters.");
   return std::nullopt;
 }
 
@@ -38,7 +40,7 @@ std::optional<char> oneCharacter(const DescriptorValue& value) {
   const std::optional<std::string> written = mark(value);
   if (!written) return std::nullopt;
   if (written->size() == 1 && static_cast<unsigned char>(written->front()) < endOfAscii) return written->front();
-  value.reject(fmt::format("is \"{}\", and has to be exactly one ASCII character.", *written),
+  value.reject("^1 is \"^2\", and has to be exactly one ASCII character.", {*written},
                "Write a single character such as \\\".");
   return std::nullopt;
 }
@@ -51,7 +53,7 @@ std::vector<std::uint64_t> rowNumbers(const DescriptorValue& value) {
   }
   std::sort(rows.begin(), rows.end());
   if (const auto twin = std::adjacent_find(rows.begin(), rows.end()); twin != rows.end()) {
-    value.reject(fmt::format("names row {} twice.", *twin), "Name every row once.");
+    value.reject("^1 names row ^2 twice.", {fmt::to_string(*twin)}, "Name every row once.");
   }
   return rows;
 }
@@ -61,7 +63,7 @@ void readDelimiter(const DescriptorValue& value, DialectDraft& draft) { draft.di
 void readLineTerminator(const DescriptorValue& value, DialectDraft&) {
   const std::optional<std::string> written = value.text();
   if (!written || std::find(lineEnds.begin(), lineEnds.end(), *written) != lineEnds.end()) return;
-  value.reject("is none of the line ends that are read.", R"(Write "\n", "\r\n" or "\r".)");
+  value.reject("^1 is none of the line ends that are read.", R"(Write "\n", "\r\n" or "\r".)");
 }
 
 // No quotes at all can be said in no other way than by an empty text or null.
@@ -82,7 +84,7 @@ void readHeader(const DescriptorValue& value, DialectDraft& draft) { draft.hasHe
 void readHeaderRows(const DescriptorValue& value, DialectDraft& draft) {
   draft.dialect.headerRows = rowNumbers(value);
   if (!draft.dialect.headerRows.empty()) return;
-  value.reject("names no row.", "Name the rows of the header, or write \"header\": false where there is none.");
+  value.reject("^1 names no row.", "Name the rows of the header, or write \"header\": false where there is none.");
 }
 
 void readHeaderJoin(const DescriptorValue& value, DialectDraft& draft) {
@@ -139,16 +141,16 @@ void checkMarks(const DescriptorObject& object, const DialectDraft& draft) {
                               "Leave \"escapeChar\" out: quotes inside quotes are doubled.");
   }
   if (dialect.escape && draft.givesQuote) {
-    object.value().findings().warn(
+    object.value().findings().warn(text::sentence(
         "The dialect gives both \"quoteChar\" and \"escapeChar\", which exclude each other; the escape character is "
-        "taken to work inside quotes as well.");
+        "taken to work inside quotes as well."));
   }
 }
 
 void checkRows(const DescriptorObject& object, const TableDialect& dialect) {
   for (const std::uint64_t row : dialect.headerRows) {
     if (!std::binary_search(dialect.commentRows.begin(), dialect.commentRows.end(), row)) continue;
-    object.value().rejectWith(fmt::format("Row {} cannot be a header row and a comment row.", row),
+    object.value().rejectWith("Row ^1 cannot be a header row and a comment row.", {fmt::to_string(row)},
                               "Take it out of \"headerRows\" or of \"commentRows\".");
   }
 }

@@ -15,11 +15,12 @@
 #include "workbench/data/descriptors/statistics_words.h"
 #include "workbench/text/string_comparison.h"
 #include "workbench/text/utf8.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
 
-// A part of a variable that cannot be written: "The label".
+// Why a part of a variable or of the dataset cannot be written, as a clause: "the label is no UTF-8".
 using Fault = std::optional<std::string>;
 
 template <class Rows, class Meaning>
@@ -28,19 +29,20 @@ bool isAmong(const Rows& rows, Meaning meaning) {
 }
 
 Fault attributesFault(const DatasourceAttributes& attributes) {
-  if (attributes.Size() > mostAttributes) return fmt::format("attributes are more than {}", mostAttributes);
+  if (attributes.Size() > mostAttributes)
+    return text::sentence("the attributes are more than ^1", {fmt::to_string(mostAttributes)});
   for (std::int32_t index = 0; index < attributes.Size(); ++index) {
     const std::vector<std::string>& values = attributes.Values(index);
     const bool areTexts =
         text::isUtf8(attributes.Name(index)) && std::all_of(values.begin(), values.end(), text::isUtf8);
-    if (!areTexts) return fmt::format("attribute {} is no UTF-8", index + 1);
+    if (!areTexts) return text::sentence("the attribute ^1 is no UTF-8", {fmt::to_string(index + 1)});
   }
   return std::nullopt;
 }
 
 Fault nameFault(const Variable& variable) {
-  if (!text::isUtf8(variable.name)) return "name is no UTF-8";
-  if (variable.name.find('\0') != std::string::npos) return "name holds a NUL character";
+  if (!text::isUtf8(variable.name)) return text::sentence("the name is no UTF-8");
+  if (variable.name.find('\0') != std::string::npos) return text::sentence("the name holds a NUL character");
   return std::nullopt;
 }
 
@@ -48,61 +50,72 @@ Fault formatFault(const Variable& variable) {
   const PrintFormat& format = variable.format;
   const bool isKnown = std::any_of(std::begin(formatTypeRows), std::end(formatTypeRows),
                                    [&](const FormatTypeRow& row) { return row.type == format.type; });
-  if (!isKnown) return fmt::format("print format has the type {}, which has no name", static_cast<int>(format.type));
+  if (!isKnown)
+    return text::sentence("the print format has the type ^1, which has no name",
+                          {fmt::to_string(static_cast<int>(format.type))});
   if ((format.type == FormatType::text) == variable.isNumeric()) {
-    return variable.isNumeric() ? "print format is one of strings" : "print format is one of numbers";
+    return variable.isNumeric() ? text::sentence("the print format is one of strings")
+                                : text::sentence("the print format is one of numbers");
   }
   if (format.width < 1 || format.width > widestFormat(format.type)) {
-    return fmt::format("print format has the width {}; it has to be 1 to {}", format.width, widestFormat(format.type));
+    return text::sentence("the print format has the width ^1; it has to be 1 to ^2",
+                          {fmt::to_string(format.width), fmt::to_string(widestFormat(format.type))});
   }
   const std::int64_t most = mostDecimalsOf(format.type, format.width);
   if (format.decimals >= 0 && format.decimals <= most) return std::nullopt;
-  return fmt::format("print format has {} decimals; they have to be 0 to {}", format.decimals, most);
+  return text::sentence("the print format has ^1 decimals; they have to be 0 to ^2",
+                        {fmt::to_string(format.decimals), fmt::to_string(most)});
 }
 
 Fault storageFault(const Variable& variable) {
   if (variable.width >= 0 && variable.width <= widestStorage) return std::nullopt;
-  return fmt::format("storage width is {}; it has to be 1 to {}", variable.width, widestStorage);
+  return text::sentence("the storage width is ^1; it has to be 1 to ^2",
+                        {fmt::to_string(variable.width), fmt::to_string(widestStorage)});
 }
 
 Fault displayFault(const Variable& variable) {
   if (variable.displayWidth >= 1 && variable.displayWidth <= widestDisplay) return std::nullopt;
-  return fmt::format("display width is {}; it has to be 1 to {}", variable.displayWidth, widestDisplay);
+  return text::sentence("the display width is ^1; it has to be 1 to ^2",
+                        {fmt::to_string(variable.displayWidth), fmt::to_string(widestDisplay)});
 }
 
 Fault alignmentFault(const Variable& variable) {
-  return isAmong(alignmentWords, variable.alignment) ? std::nullopt : Fault("alignment has no name");
+  return isAmong(alignmentWords, variable.alignment) ? std::nullopt
+                                                     : Fault(text::sentence("the alignment has no name"));
 }
 
 Fault levelFault(const Variable& variable) {
-  return isAmong(levelWords, variable.level) ? std::nullopt : Fault("measurement level has no name");
+  return isAmong(levelWords, variable.level) ? std::nullopt
+                                             : Fault(text::sentence("the measurement level has no name"));
 }
 
 Fault roleFault(const Variable& variable) {
-  return isAmong(roleWords, variable.role) ? std::nullopt : Fault("role has no name");
+  return isAmong(roleWords, variable.role) ? std::nullopt : Fault(text::sentence("the role has no name"));
 }
 
 bool isValue(double number) { return std::isfinite(number) && number != systemMissing; }
 
 Fault labelFault(const Variable& variable) {
-  return variable.label && !text::isUtf8(*variable.label) ? Fault("label is no UTF-8") : std::nullopt;
+  return variable.label && !text::isUtf8(*variable.label) ? Fault(text::sentence("the label is no UTF-8"))
+                                                          : std::nullopt;
 }
 
 Fault valueLabelsFault(const Variable& variable) {
   if (variable.isNumeric()) {
     std::set<double> known;
     for (const auto& [value, label] : variable.numberLabels) {
-      if (!isValue(value)) return fmt::format("value label \"{}\" belongs to no value", label);
-      if (!text::isUtf8(label)) return fmt::format("label of the value {} is no UTF-8", value);
-      if (!known.insert(value).second) return fmt::format("value {} has two labels", value);
+      if (!isValue(value)) return text::sentence("the value label \"^1\" belongs to no value", {label});
+      if (!text::isUtf8(label)) return text::sentence("the label of the value ^1 is no UTF-8", {fmt::to_string(value)});
+      if (!known.insert(value).second) return text::sentence("the value ^1 has two labels", {fmt::to_string(value)});
     }
     return std::nullopt;
   }
   std::set<std::string_view> known;
   for (const auto& [value, label] : variable.textLabels) {
-    if (!text::isUtf8(value) || !text::isUtf8(label)) return "value labels hold one that is no UTF-8";
+    if (!text::isUtf8(value) || !text::isUtf8(label))
+      return text::sentence("the value labels hold one that is no UTF-8");
     if (!known.insert(text::withoutTrailingBlanks(value)).second)
-      return fmt::format("value \"{}\" has two labels", value);
+      return text::sentence("the value \"^1\" has two labels", {value});
   }
   return std::nullopt;
 }
@@ -110,20 +123,23 @@ Fault valueLabelsFault(const Variable& variable) {
 Fault missingFault(const Variable& variable) {
   const MissingValues& missing = variable.missing;
   const std::optional<std::size_t> count = missingCount(missing.code);
-  if (!count) return fmt::format("missing values have the code {}, which stands for nothing", missing.code);
+  if (!count)
+    return text::sentence("the missing values have the code ^1, which stands for nothing",
+                          {fmt::to_string(missing.code)});
   if (!variable.isNumeric()) {
-    if (isRange(missing.code)) return "missing values are a range, and it is a string";
+    if (isRange(missing.code)) return text::sentence("the missing values are a range, and it is a string");
     for (std::size_t index = 0; index < *count; ++index) {
       if (!text::isUtf8(missingText(missing.values[index])))
-        return fmt::format("missing value {} is no UTF-8", index + 1);
+        return text::sentence("the missing value ^1 is no UTF-8", {fmt::to_string(index + 1)});
     }
     return std::nullopt;
   }
   for (std::size_t index = 0; index < *count; ++index) {
-    if (!isValue(missing.values[index].number)) return fmt::format("missing value {} is no value", index + 1);
+    if (!isValue(missing.values[index].number))
+      return text::sentence("the missing value ^1 is no value", {fmt::to_string(index + 1)});
   }
   const bool isReversed = isRange(missing.code) && missing.values[0].number > missing.values[1].number;
-  if (isReversed) return "range of missing values has its lower end above the upper one";
+  if (isReversed) return text::sentence("the range of missing values has its lower end above the upper one");
   return std::nullopt;
 }
 
@@ -161,7 +177,8 @@ constexpr auto faultsOfVariables = std::to_array<FaultRow>({
 
 std::optional<Problem> whyNotWritten(const Dictionary& dictionary) {
   if (dictionary.size() == 0) {
-    return Problem{"A dictionary without variables cannot be written.", "", "Save one that has a variable, or none."};
+    return Problem{text::sentence("A dictionary without variables cannot be written."), "",
+                   text::sentence("Save one that has a variable, or none.")};
   }
   for (std::int32_t index = 0; index < dictionary.size(); ++index) {
     const Variable& variable = dictionary.at(index);
@@ -170,13 +187,13 @@ std::optional<Problem> whyNotWritten(const Dictionary& dictionary) {
       const bool isLeftToInference = row.find == storageFault;
       if (!found || isLeftToInference) continue;
       const std::string shown = nameFault(variable) ? fmt::to_string(index + 1) : fmt::format("\"{}\"", variable.name);
-      return Problem{fmt::format("The dictionary cannot be written: of variable {} the {}.", shown, *found), "",
-                     "Change it first."};
+      return Problem{text::sentence("The dictionary cannot be written: of variable ^1 ^2.", {shown, *found}), "",
+                     text::sentence("Change it first.")};
     }
   }
   if (const Fault found = attributesFault(dictionary.attributes)) {
-    return Problem{fmt::format("The dictionary cannot be written: of the dataset the {}.", *found), "",
-                   "Change it first."};
+    return Problem{text::sentence("The dictionary cannot be written: of the dataset ^1.", {*found}), "",
+                   text::sentence("Change it first.")};
   }
   return std::nullopt;
 }
@@ -190,12 +207,12 @@ WritableDictionary writablePartOf(const Dictionary& dictionary) {
       if (!found) continue;
       row.leaveOut(variable);
       writable.losses.push_back(
-          fmt::format("Its dictionary is written without a part: of variable \"{}\" the {}.", variable.name, *found));
+          text::sentence("Its dictionary is written without a part: of variable \"^1\" ^2.", {variable.name, *found}));
     }
   }
   if (const Fault found = attributesFault(dictionary.attributes)) {
     writable.dictionary.attributes = DatasourceAttributes();
-    writable.losses.push_back(fmt::format("Its dictionary is written without a part: of the dataset the {}.", *found));
+    writable.losses.push_back(text::sentence("Its dictionary is written without a part: of the dataset ^1.", {*found}));
   }
   return writable;
 }

@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/dictionary_place.h"
 
-#include <fmt/format.h>
-
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -11,7 +9,9 @@
 #include "workbench/data/descriptors/data_package.h"
 #include "workbench/data/descriptors/json_text.h"
 #include "workbench/data/files/file_kind.h"
+#include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -71,11 +71,13 @@ Outcome<DictionaryPlace> dictionaryPlaceOf(const std::string& dataPath) {
   if (!*index) return schemaPlaceOf(dataPath);
   if (isProtectedName(dataPath)) {
     return Problem{
-        fmt::format("{} describes the protected file, and would show its dictionary to everybody.", packagePath),
-        dataPath, "Choose another name or folder."};
+        text::sentence("^1 describes the protected file, and would show its dictionary to everybody.", {packagePath}),
+        dataPath, text::sentence("Choose another name or folder.")};
   }
   return DictionaryPlace{packagePath, true};
 }
+
+bool isSchemaName(std::string_view path) { return hasEnding(plainName(path), schemaEnding); }
 
 std::string schemaPathOf(const std::string& dataPath) {
   std::string own = schemaAfter(plainName(dataPath), dataPath);

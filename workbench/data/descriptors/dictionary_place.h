@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "workbench/runtime/outcome.h"
 
@@ -21,6 +22,8 @@ Outcome<DictionaryPlace> dictionaryPlaceOf(const std::string& dataPath);
 // or not. The longer name is for files that share the shorter one, as people.csv and people.tsv do. Of a protected file
 // people.csv.pgp both end in .pgp as well.
 std::string schemaPathOf(const std::string& dataPath);
+// Whether a file of this name is such a schema, of whatever data file.
+bool isSchemaName(std::string_view path);
 // The name of a package beside a data file.
 std::string packagePathOf(const std::string& dataPath);
 

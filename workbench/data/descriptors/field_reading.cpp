@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/field_reading.h"
 
-#include <fmt/format.h>
-
 #include <set>
 #include <utility>
 
@@ -12,6 +10,7 @@
 #include "workbench/data/descriptors/field_values.h"
 #include "workbench/data/descriptors/property_names.h"
 #include "workbench/data/descriptors/statistics_variable.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -44,7 +43,8 @@ MeasurementLevel levelOf(const CategoriesReading& categories, bool isText) {
 void warnOfLabelsLeftOut(const MissingReading& missing, const DescriptorObject& field, const std::string& name) {
   for (const std::string& text : missing.labelsLeftOut) {
     field.value().findings().warn(
-        fmt::format("the label of the missing value \"{}\" is left out, because this text stands for no value.", text),
+        text::sentence("the label of the missing value \"^1\" is left out, because this text stands for no value.",
+                       {text}),
         name);
   }
 }

@@ -10,6 +10,7 @@
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/system_missing.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -69,7 +70,7 @@ std::optional<FieldValue> FieldValueReader::ofJson(const DescriptorValue& value)
   const std::string written = *value.text();
   std::optional<FieldValue> read = ofCell(written);
   if (!read)
-    value.reject(fmt::format("is \"{}\", which {}.", written, CellReader(reading_).whyNot(written)),
+    value.reject("^1 is \"^2\", ^3.", {written, CellReader(reading_).whyNot(written, text::sentence("which"))},
                  "Write it as in a cell.");
   return read;
 }
@@ -78,17 +79,15 @@ std::optional<FieldValue> FieldValueReader::ofNumber(const DescriptorValue& valu
   const std::optional<double> number = value.number();
   if (!number) return std::nullopt;
   if (isWholeType(reading_.type) && *number != std::floor(*number)) {
-    value.reject(fmt::format("is {}, and the field holds whole numbers.", decimalText(*number)),
-                 "Write a whole number.");
+    value.reject("^1 is ^2, and the field holds whole numbers.", {decimalText(*number)}, "Write a whole number.");
     return std::nullopt;
   }
   if (reading_.type == CellType::boolean && *number != 0 && *number != 1) {
-    value.reject(fmt::format("is {}, and the field holds true and false.", decimalText(*number)),
-                 "Write true, false, 1 or 0.");
+    value.reject("^1 is ^2, and the field holds true and false.", {decimalText(*number)}, "Write true, false, 1 or 0.");
     return std::nullopt;
   }
   if (*number == systemMissing) {
-    value.reject("is the number that stands for no value at all.", "Write another number.");
+    value.reject("^1 is the number that stands for no value at all.", "Write another number.");
     return std::nullopt;
   }
   return *number;
@@ -97,9 +96,8 @@ std::optional<FieldValue> FieldValueReader::ofNumber(const DescriptorValue& valu
 void ValueLabels::add(const FieldValue& value, const std::string& label, const DescriptorValue& place) {
   const auto [known, isNew] = labels_.emplace(value, label);
   if (isNew || known->second == label) return;
-  place.rejectWith(
-      fmt::format("The value {} has the labels \"{}\" and \"{}\".", shownValue(value), known->second, label),
-      "Give it one.");
+  place.rejectWith("The value ^1 has the labels \"^2\" and \"^3\".", {shownValue(value), known->second, label},
+                   "Give it one.");
 }
 
 void ValueLabels::giveTo(Variable& variable) const {

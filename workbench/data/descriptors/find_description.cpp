@@ -18,6 +18,7 @@
 #include "workbench/data/descriptors/statistics_dataset.h"
 #include "workbench/data/descriptors/table_resource.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -70,7 +71,7 @@ Outcome<DescribedTable> describedBySchema(const std::string& schemaPath, const s
 std::string quotedNames(const std::vector<Resource>& resources) {
   std::vector<std::string> names;
   for (const Resource& resource : resources) names.push_back(resource.name);
-  return listed(names, "and");
+  return listedAnd(names);
 }
 
 // The resource that is meant, or null and a problem.
@@ -80,8 +81,8 @@ const Resource* chosen(const std::vector<Resource>& resources, const std::string
     const auto found =
         std::find_if(resources.begin(), resources.end(), [&](const Resource& each) { return each.name == name; });
     if (found != resources.end()) return &*found;
-    package.rejectWith(fmt::format("No resource has the name \"{}\".", name),
-                       fmt::format("The package has {}.", quotedNames(resources)));
+    package.rejectWith("No resource has the name \"^1\".", {name},
+                       text::sentence("The package has ^1.", {quotedNames(resources)}));
     return nullptr;
   }
   std::vector<Resource> tables;
@@ -92,10 +93,10 @@ const Resource* chosen(const std::vector<Resource>& resources, const std::string
   }
   if (tables.empty()) {
     package.rejectWith("None of the package's resources is a table.",
-                       fmt::format("The package has {}.", quotedNames(resources)));
+                       text::sentence("The package has ^1.", {quotedNames(resources)}));
   } else {
-    package.rejectWith(fmt::format("The package has {} tables.", tables.size()),
-                       fmt::format("Name one of {}.", quotedNames(tables)));
+    package.rejectWith("The package has ^1 tables.", {fmt::to_string(tables.size())},
+                       text::sentence("Name one of ^1.", {quotedNames(tables)}));
   }
   return nullptr;
 }

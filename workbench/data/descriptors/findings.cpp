@@ -4,19 +4,22 @@
 
 #include <algorithm>
 
+#include "workbench/text/wording.h"
+
 namespace workbench::data {
 namespace {
 
-// `Field "a":`, `Fields "a", "b":`, `Fields "a", "b", "c" and 17 more:`
-std::string namesOf(const std::vector<std::string>& fields) {
+// `Field "a": ...`, `Fields "a", "b": ...`, `Fields "a", "b", "c" and 17 more: ...`
+std::string warningText(const std::string& sentence, const std::vector<std::string>& fields) {
   constexpr std::size_t mostNamed = 3;
   const std::size_t named = std::min(fields.size(), mostNamed);
-  std::string text = fields.size() == 1 ? "Field " : "Fields ";
+  if (fields.size() == 1) return text::sentence("Field \"^1\": ^2", {fields.front(), sentence});
+  std::string names;
   for (std::size_t index = 0; index < named; ++index) {
-    text += fmt::format("{}\"{}\"", index == 0 ? "" : ", ", fields[index]);
+    names += fmt::format("{}\"{}\"", index == 0 ? "" : ", ", fields[index]);
   }
-  if (fields.size() > named) text += fmt::format(" and {} more", fields.size() - named);
-  return text + ":";
+  if (fields.size() == named) return text::sentence("Fields ^1: ^2", {names, sentence});
+  return text::sentence("Fields ^1 and ^2 more: ^3", {names, fmt::to_string(fields.size() - named), sentence});
 }
 
 }  // namespace
@@ -36,8 +39,7 @@ void DescriptorFindings::warn(const std::string& sentence) { warnings_.push_back
 std::vector<std::string> DescriptorFindings::warnings() const {
   std::vector<std::string> texts;
   for (const Warning& warning : warnings_) {
-    texts.push_back(warning.fields.empty() ? warning.sentence
-                                           : fmt::format("{} {}", namesOf(warning.fields), warning.sentence));
+    texts.push_back(warning.fields.empty() ? warning.sentence : warningText(warning.sentence, warning.fields));
   }
   return texts;
 }

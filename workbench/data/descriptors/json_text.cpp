@@ -15,6 +15,7 @@
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/files/input_file.h"
 #include "workbench/text/utf8.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -30,7 +31,7 @@ std::string whereIn(std::string_view text, std::size_t offset, const std::string
   const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
   const auto column = static_cast<std::ptrdiff_t>(lineBefore.size()) -
                       std::count_if(lineBefore.begin(), lineBefore.end(), isContinuation) + 1;
-  return fmt::format("{}, line {}, column {}", path, line, column);
+  return text::sentence("^1, line ^2, column ^3", {path, fmt::to_string(line), fmt::to_string(column)});
 }
 
 // What the parser says, without the place (which is told in our own way) and without the text that it read last, which
@@ -75,8 +76,9 @@ class DocumentBuilder {
   bool key(std::string& name) {
     Container& container = open_.back();
     if (!container.keys.insert(name).second) {
-      return reject({fmt::format("The key \"{}\" stands twice in the same object.", name),
-                     fmt::format("{}, {}", document_.path, pointerTo(pointer(), name)), "Remove one of the two."});
+      return reject({text::sentence("The key \"^1\" stands twice in the same object.", {name}),
+                     fmt::format("{}, {}", document_.path, pointerTo(pointer(), name)),
+                     text::sentence("Remove one of the two.")});
     }
     container.key = std::move(name);
     return true;
@@ -86,9 +88,9 @@ class DocumentBuilder {
     constexpr int numberOverflow = 406;
     const std::size_t offset = position == 0 ? 0 : position - 1;
     const std::string what = error.id == numberOverflow
-                                 ? "The number is beyond the range of double numbers."
-                                 : fmt::format("This is no valid JSON: {}.", detailOf(error.what()));
-    return reject({what, whereIn(text_, offset, document_.path), correctItThere});
+                                 ? text::sentence("The number is beyond the range of double numbers.")
+                                 : text::sentence("This is no valid JSON: ^1.", {detailOf(error.what())});
+    return reject({what, whereIn(text_, offset, document_.path), text::sentence(correctItThere)});
   }
 
   Json& root() { return root_; }
@@ -109,8 +111,10 @@ class DocumentBuilder {
 
   bool open(Json value) {
     if (open_.size() == deepestJson) {
-      return reject({fmt::format("More than {} objects and lists stand inside each other.", deepestJson),
-                     fmt::format("{}, {}", document_.path, nextPointer()), "No descriptor is so deep; correct it."});
+      return reject(
+          {text::sentence("More than ^1 objects and lists stand inside each other.", {fmt::to_string(deepestJson)}),
+           fmt::format("{}, {}", document_.path, nextPointer()),
+           text::sentence("No descriptor is so deep; correct it.")});
     }
     open_.push_back({place(std::move(value)), {}, {}});
     return true;
@@ -168,17 +172,19 @@ class DocumentBuilder {
 
 std::optional<Problem> bytesProblem(std::string_view text, const std::string& path) {
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
-    return Problem{"This is UTF-16.", path, "Save the file as UTF-8."};
+    return Problem{text::sentence("This is UTF-16."), path, text::sentence("Save the file as UTF-8.")};
   }
   for (std::size_t at = 0; at < text.size();) {
     const text::Character character = text::characterAt(text, at);
     if (character.codePoint < 0) {
-      return Problem{fmt::format("The byte 0x{:02X} is no UTF-8.", static_cast<unsigned char>(text[at])),
-                     whereIn(text, at, path), "Save the file as UTF-8."};
+      return Problem{
+          text::sentence("The byte ^1 is no UTF-8.", {fmt::format("0x{:02X}", static_cast<unsigned char>(text[at]))}),
+          whereIn(text, at, path), text::sentence("Save the file as UTF-8.")};
     }
     // The parser would take it for the text's end.
     if (character.codePoint == 0) {
-      return Problem{"A NUL byte stands in the text.", whereIn(text, at, path), "Remove it."};
+      return Problem{text::sentence("A NUL byte stands in the text."), whereIn(text, at, path),
+                     text::sentence("Remove it.")};
     }
     at += character.bytes;
   }
@@ -186,8 +192,9 @@ std::optional<Problem> bytesProblem(std::string_view text, const std::string& pa
 }
 
 Problem sizeProblem(const std::string& path) {
-  return {fmt::format("The file has more than {} MiB, and no descriptor is that large.", largestJsonFile >> 20), path,
-          "Is it the right file?"};
+  return {text::sentence("The file has more than ^1 MiB, and no descriptor is that large.",
+                         {fmt::to_string(largestJsonFile >> 20)}),
+          path, text::sentence("Is it the right file?")};
 }
 
 Outcome<std::string> bytesOf(const InputFile& file, const std::string& path) {
@@ -198,7 +205,7 @@ Outcome<std::string> bytesOf(const InputFile& file, const std::string& path) {
     const ssize_t count = ::read(file.descriptor(), chunk.data(), chunk.size());
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) {
-      return Problem{fmt::format("The file cannot be read ({}).", std::strerror(errno)), path, ""};
+      return Problem{text::sentence("The file cannot be read (^1).", {std::strerror(errno)}), path, ""};
     }
     if (count == 0) return bytes;
     bytes.append(chunk.data(), static_cast<std::size_t>(count));
@@ -211,7 +218,7 @@ Outcome<std::string> bytesOf(const InputFile& file, const std::string& path) {
 Outcome<JsonDocument> readJsonFile(const std::string& path) {
   const Outcome<InputFile> file = InputFile::open(path);
   if (!file) {
-    return Problem{file.problem().what, path, "A descriptor has to be a JSON file that can be read."};
+    return Problem{file.problem().what, path, text::sentence("A descriptor has to be a JSON file that can be read.")};
   }
   const Outcome<std::string> bytes = bytesOf(*file, path);
   if (!bytes) return bytes.problem();

@@ -8,6 +8,7 @@
 
 #include "workbench/data/descriptors/missing_codes.h"
 #include "workbench/data/descriptors/property_names.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -35,11 +36,10 @@ std::optional<MissingEntry> entryOf(const DescriptorValue& value, bool asObject)
 void checkUnique(const MissingEntry& entry, const DescriptorValue& value, std::unordered_set<std::string>& texts,
                  std::unordered_set<std::string>& labels) {
   if (!texts.insert(entry.text).second) {
-    value.rejectWith(fmt::format("The missing value \"{}\" is listed twice.", entry.text), "List it once.");
+    value.rejectWith("The missing value \"^1\" is listed twice.", {entry.text}, "List it once.");
   }
   if (entry.label && !labels.insert(*entry.label).second) {
-    value.rejectWith(fmt::format("Two missing values have the label \"{}\".", *entry.label),
-                     "Give each a label of its own.");
+    value.rejectWith("Two missing values have the label \"^1\".", {*entry.label}, "Give each a label of its own.");
   }
 }
 
@@ -64,7 +64,8 @@ std::optional<std::vector<MissingEntry>> missingEntries(const DescriptorObject& 
   std::unordered_set<std::string> labels;
   const auto list = value->list().value_or(std::vector<DescriptorValue>{});
   if (list.size() > mostEntries) {
-    value->reject(fmt::format("has {} entries; {} are the most.", list.size(), mostEntries), "Leave some out.");
+    value->reject("^1 has ^2 entries; ^3 are the most.", {fmt::to_string(list.size()), fmt::to_string(mostEntries)},
+                  "Leave some out.");
     return entries;
   }
   for (const DescriptorValue& each : list) {
@@ -114,15 +115,21 @@ MissingValues userMissing(const std::vector<FieldValue>& values, const std::stri
     }
   }
   if (!tooLong.empty()) {
-    findings.warn(fmt::format("no missing value of a string may be longer than {} bytes, so {} stay{} in the data as "
-                              "ordinary text.",
-                              longestMissingText, quotedList(tooLong), tooLong.size() == 1 ? "s" : ""),
-                  fieldName);
+    findings.warn(
+        text::sentence(
+            tooLong.size() == 1
+                ? "no missing value of a string may be longer than ^1 bytes, so ^2 stays in the data as ordinary text."
+                : "no missing value of a string may be longer than ^1 bytes, so ^2 stay in the data as ordinary text.",
+            {fmt::to_string(longestMissingText), quotedList(tooLong)}),
+        fieldName);
   }
   if (!tooMany.empty()) {
-    findings.warn(fmt::format("a variable has at most {} missing values, so {} stay{} in the data as ordinary values.",
-                              mostDiscreteValues, quotedList(tooMany), tooMany.size() == 1 ? "s" : ""),
-                  fieldName);
+    findings.warn(
+        text::sentence(tooMany.size() == 1
+                           ? "a variable has at most ^1 missing values, so ^2 stays in the data as ordinary values."
+                           : "a variable has at most ^1 missing values, so ^2 stay in the data as ordinary values.",
+                       {fmt::to_string(mostDiscreteValues), quotedList(tooMany)}),
+        fieldName);
   }
   return missing;
 }

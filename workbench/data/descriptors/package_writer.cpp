@@ -20,6 +20,7 @@
 #include "workbench/data/descriptors/resource_path.h"
 #include "workbench/data/descriptors/schema_keys.h"
 #include "workbench/data/descriptors/schema_writer.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -156,8 +157,9 @@ Outcome<std::string> packageTextWith(const std::string& packagePath, const std::
   const std::vector<Resource> resources = resourcesOf(DescriptorValue(*document, findings));
   if (findings.problem()) return *findings.problem();
   if (!document->roundedNumbers.empty()) {
-    return Problem{"The number would not stay what it is when the file is written again.",
-                   fmt::format("{}, {}", packagePath, *document->roundedNumbers.begin()), "Put it into quotes."};
+    return Problem{text::sentence("The number would not stay what it is when the file is written again."),
+                   fmt::format("{}, {}", packagePath, *document->roundedNumbers.begin()),
+                   text::sentence("Put it into quotes.")};
   }
 
   // 2. The resource in it.
@@ -165,8 +167,8 @@ Outcome<std::string> packageTextWith(const std::string& packagePath, const std::
       resourceOfFile(resources, besideDescriptor(packagePath, dataFileName));
   if (!index) return index.problem();
   if (!*index) {
-    return Problem{fmt::format("No resource of the package is {}.", dataFileName), packagePath,
-                   "Add one with its name and path."};
+    return Problem{text::sentence("No resource of the package is ^1.", {dataFileName}), packagePath,
+                   text::sentence("Add one with its name and path.")};
   }
 
   // 3. What it is from now on.

@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/resource_path.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -33,24 +31,24 @@ std::vector<std::string_view> componentsOf(std::string_view path) {
   }
 }
 
-// Why it is no path that a descriptor may have, as the end of a sentence; empty when it is one.
-std::string fault(const std::string& path) {
-  if (path.empty()) return "is empty.";
+// Why it is no path that a descriptor may have: a sentence with ^1 for the subject and ^2 for the path; empty when it
+// is one.
+std::string_view fault(const std::string& path) {
+  if (path.empty()) return "^1 is empty.";
   if (path.find("://") != std::string::npos || text::foldedName(path).starts_with("file:")) {
-    return fmt::format("is \"{}\", an address of a kind that is not allowed.", path);
+    return "^1 is \"^2\", an address of a kind that is not allowed.";
   }
   if (path.find('\\') != std::string::npos) {
-    return fmt::format("is \"{}\"; a backslash is none of the characters of a path, its parts are parted by \"/\".",
-                       path);
+    return "^1 is \"^2\"; a backslash is none of the characters of a path, its parts are parted by \"/\".";
   }
-  if (path.starts_with('/')) return fmt::format("is the absolute path \"{}\".", path);
-  if (path.starts_with('~')) return fmt::format("is \"{}\", and no path may begin with \"~\".", path);
+  if (path.starts_with('/')) return "^1 is the absolute path \"^2\".";
+  if (path.starts_with('~')) return "^1 is \"^2\", and no path may begin with \"~\".";
   for (const std::string_view component : componentsOf(path)) {
-    if (component == "..") return fmt::format("is \"{}\", which leads out of its folder by \"..\".", path);
+    if (component == "..") return "^1 is \"^2\", which leads out of its folder by \"..\".";
     if (component.starts_with('.')) {
-      return fmt::format("is \"{}\", and none of its parts may begin with a dot, as hidden files do.", path);
+      return "^1 is \"^2\", and none of its parts may begin with a dot, as hidden files do.";
     }
-    if (component.empty()) return fmt::format("is \"{}\", which has an empty part.", path);
+    if (component.empty()) return "^1 is \"^2\", which has an empty part.";
   }
   return {};
 }
@@ -63,14 +61,14 @@ std::filesystem::path folderOf(const std::string& descriptorPath) {
 
 std::optional<PathKind> pathKind(const DescriptorValue& value, const std::string& path) {
   if (isAddress(path)) return PathKind::address;
-  const std::string what = fault(path);
+  const std::string_view what = fault(path);
   if (what.empty()) return PathKind::relative;
-  value.reject(what, nameItRelative);
+  value.reject(what, {path}, nameItRelative);
   return std::nullopt;
 }
 
 void rejectAddress(const DescriptorValue& value) {
-  value.reject("is an address, and nothing is fetched from elsewhere.",
+  value.reject("^1 is an address, and nothing is fetched from elsewhere.",
                "Fetch the file yourself, put it beside the descriptor and name it by its path there.");
 }
 
@@ -85,12 +83,12 @@ bool staysInside(const DescriptorValue& value, const std::string& path) {
   const std::filesystem::path inside = std::filesystem::canonical(folder.empty() ? "." : folder, failure);
   const std::filesystem::path target = failure ? inside : std::filesystem::weakly_canonical(inside / path, failure);
   if (failure) {
-    value.reject(fmt::format("is \"{}\", which cannot be followed ({}).", path, failure.message()), nameItRelative);
+    value.reject("^1 is \"^2\", which cannot be followed (^3).", {path, failure.message()}, nameItRelative);
     return false;
   }
   const auto [folderEnd, rest] = std::mismatch(inside.begin(), inside.end(), target.begin(), target.end());
   if (folderEnd == inside.end()) return true;
-  value.reject(fmt::format("is \"{}\", a symbolic link that leads out of the descriptor's folder.", path),
+  value.reject("^1 is \"^2\", a symbolic link that leads out of the descriptor's folder.", {path},
                "Put the file itself there.");
   return false;
 }

@@ -22,17 +22,16 @@ std::optional<std::size_t> checkKey(const DescriptorValue& key, SingleName singl
     entries.push_back(key);
   } else {
     entries = key.list().value_or(std::vector<DescriptorValue>{});
-    if (entries.empty()) key.reject("names no field.", "Name at least one, or leave it out.");
+    if (entries.empty()) key.reject("^1 names no field.", "Name at least one, or leave it out.");
   }
   FieldNames known;
   for (const DescriptorValue& entry : entries) {
     const std::optional<std::string> name = entry.text();
     if (!name) return std::nullopt;
-    if (!known.insert(*name).second)
-      entry.rejectWith(fmt::format("The key names \"{}\" twice.", *name), "Name it once.");
+    if (!known.insert(*name).second) entry.rejectWith("The key names \"^1\" twice.", {*name}, "Name it once.");
     if (names == nullptr || names->contains(*name)) continue;
-    entry.reject(fmt::format("is \"{}\", and no field has this name.", *name),
-                 "Write the name of a field." + nearestHint(*name, {names->begin(), names->end()}));
+    entry.reject("^1 is \"^2\", and no field has this name.", {*name},
+                 remedyWithHint("Write the name of a field.", *name, {names->begin(), names->end()}));
   }
   return entries.size();
 }
@@ -50,8 +49,8 @@ void checkForeignKey(const DescriptorValue& value, const FieldNames& names) {
   const auto count = checkKey(*fields, SingleName::allowed, &names);
   const auto targetCount = checkKey(*targetFields, SingleName::allowed, isOwnTable ? &names : nullptr);
   if (!count || !targetCount || *count == *targetCount) return;
-  value.rejectWith(fmt::format("The foreign key has {} fields and refers to {}.", *count, *targetCount),
-                   "Name as many fields on both sides.");
+  value.rejectWith("The foreign key has ^1 fields and refers to ^2.",
+                   {fmt::to_string(*count), fmt::to_string(*targetCount)}, "Name as many fields on both sides.");
 }
 
 }  // namespace
@@ -60,7 +59,7 @@ void checkKeys(const DescriptorObject& schema, const FieldNames& fieldNames) {
   if (const auto key = schema.at(property::primaryKey)) (void)checkKey(*key, SingleName::allowed, &fieldNames);
   if (const auto keys = schema.at(property::uniqueKeys)) {
     const auto entries = keys->list().value_or(std::vector<DescriptorValue>{});
-    if (entries.empty()) keys->reject("lists no key.", "List at least one, or leave it out.");
+    if (entries.empty()) keys->reject("^1 lists no key.", "List at least one, or leave it out.");
     for (const DescriptorValue& key : entries) (void)checkKey(key, SingleName::refused, &fieldNames);
   }
   if (const auto keys = schema.at(property::foreignKeys)) {

@@ -27,7 +27,7 @@ FieldsMatch fieldsMatchOf(const DescriptorValue& value) {
   if (!value.isList()) return value.word(fieldsMatchWords).value_or(FieldsMatch::exact);
   const std::vector<DescriptorValue> entries = *value.list();
   if (entries.size() == 1) return entries.front().word(fieldsMatchWords).value_or(FieldsMatch::exact);
-  value.reject("is a list, and has to be one word.", "Write the word as a text.");
+  value.reject("^1 is a list, and has to be one word.", "Write the word as a text.");
   return FieldsMatch::exact;
 }
 
@@ -35,7 +35,7 @@ void readFields(const DescriptorObject& schema, DescribedTable& table) {
   const auto value = schema.required(property::fields);
   const auto list = value ? value->list() : std::nullopt;
   if (!list) return;
-  if (list->empty()) value->reject("lists no field.", "List one per column.");
+  if (list->empty()) value->reject("^1 lists no field.", "List one per column.");
   const std::vector<MissingEntry> entries = missingEntries(schema).value_or(defaultMissingEntries());
   for (const DescriptorValue& each : *list) {
     const auto field = each.object();

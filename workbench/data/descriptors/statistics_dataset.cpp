@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/statistics_dataset.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -36,12 +34,12 @@ std::string fieldName(const DescriptorValue& value, const DescribedTable& table,
   if (field == nullptr) {
     std::vector<std::string> names;
     for (const DescribedField& each : table.fields) names.push_back(each.variable.name);
-    value.reject(fmt::format("is \"{}\", and no field has this name.", name),
-                 "Write the name of a field." + nearestHint(name, names));
+    value.reject("^1 is \"^2\", and no field has this name.", {name},
+                 remedyWithHint("Write the name of a field.", name, names));
     return {};
   }
   if (mustBe == MustBe::numeric && !field->variable.isNumeric()) {
-    value.reject(fmt::format("is \"{}\", which is a string.", name), "Name a field that holds numbers.");
+    value.reject("^1 is \"^2\", which is a string.", {name}, "Name a field that holds numbers.");
   }
   return field->variable.name;
 }
@@ -63,7 +61,7 @@ void readSplit(const DescriptorValue& value, DescribedTable& table) {
     const std::string name = fieldName(entry, table, MustBe::any);
     if (value.findings().problem()) return;
     if (std::find(table.split.begin(), table.split.end(), name) != table.split.end()) {
-      entry.reject(fmt::format("is \"{}\", which stands there already.", name), "Name it once.");
+      entry.reject("^1 is \"^2\", which stands there already.", {name}, "Name it once.");
     }
     table.split.push_back(name);
   }

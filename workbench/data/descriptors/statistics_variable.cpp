@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/statistics_variable.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -26,7 +24,7 @@ struct Draft {
 
 void readStorageWidth(const DescriptorValue& value, Draft& draft) {
   if (!draft.values.isText()) {
-    value.reject("is for strings only, and this field is a number.", "Leave it out.");
+    value.reject("^1 is for strings only, and this field is a number.", "Leave it out.");
     return;
   }
   const auto width = value.wholeNumber(1, widestStorage);
@@ -41,9 +39,9 @@ std::optional<FormatType> formatTypeOf(const DescriptorValue& value, bool isText
                  [](const FormatTypeRow& row) { return WordRow<FormatType>{row.name, row.type}; });
   const auto type = value.word(words);
   if (!type || (*type == FormatType::text) == isText) return type;
-  value.reject(
-      isText ? "is a format of numbers, and this field is a string." : "is for strings, and this field is a number.",
-      isText ? "Write \"A\"." : "Write a format of numbers, such as \"F\".");
+  value.reject(isText ? "^1 is a format of numbers, and this field is a string."
+                      : "^1 is for strings, and this field is a number.",
+               isText ? "Write \"A\"." : "Write a format of numbers, such as \"F\".");
   return std::nullopt;
 }
 
@@ -109,7 +107,7 @@ void readValueLabels(const DescriptorValue& value, Draft& draft) {
   }
   std::sort(labelled.begin(), labelled.end());
   if (const auto twin = std::adjacent_find(labelled.begin(), labelled.end()); twin != labelled.end()) {
-    value.rejectWith(fmt::format("The value {} is labelled twice.", shownValue(*twin)), "List it once.");
+    value.rejectWith("The value ^1 is labelled twice.", {shownValue(*twin)}, "List it once.");
   }
 }
 

@@ -1,7 +1,5 @@
 #include "workbench/data/descriptors/table_resource.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -48,7 +46,7 @@ void readType(const DescriptorValue& value, DescribedTable&) { (void)value.word(
 void readFormat(const DescriptorValue& value, DescribedTable&) {
   const std::optional<std::string> format = value.text();
   if (!format || fileKind("." + *format)) return;
-  value.reject(fmt::format("is \"{}\", and only text tables are read.", *format), "Convert the file to \"csv\".");
+  value.reject("^1 is \"^2\", and only text tables are read.", {*format}, "Convert the file to \"csv\".");
 }
 
 void readMediaType(const DescriptorValue& value, DescribedTable&) {
@@ -56,12 +54,12 @@ void readMediaType(const DescriptorValue& value, DescribedTable&) {
   if (!written) return;
   const std::size_t slash = written->find('/', 1);
   if (slash != std::string::npos && slash + 1 < written->size()) return;
-  value.reject(fmt::format("is \"{}\", and no media type.", *written), "Write one such as \"text/csv\".");
+  value.reject("^1 is \"^2\", and no media type.", {*written}, "Write one such as \"text/csv\".");
 }
 
 void readEncoding(const DescriptorValue& value, DescribedTable& table) {
   const std::string name = value.textWithoutNul().value_or("");
-  if (name.empty()) value.reject("is empty.", "Write the name of an encoding such as \"utf-8\", or leave it out.");
+  if (name.empty()) value.reject("^1 is empty.", "Write the name of an encoding such as \"utf-8\", or leave it out.");
   const bool isUtf8 = std::find(utf8Names.begin(), utf8Names.end(), text::foldedName(name)) != utf8Names.end();
   table.dialect.encoding = isUtf8 ? "" : name;
 }
@@ -80,7 +78,7 @@ void readHash(const DescriptorValue& value, DescribedTable&) {
   const bool areHex = !digits.empty() && digits.find_first_not_of(hexDigits) == std::string_view::npos;
   const bool hasPrefix = colon != std::string::npos && colon != 0;
   if (areHex && (hasPrefix || (colon == std::string::npos && digits.size() == plainDigits))) return;
-  value.reject(fmt::format("is \"{}\", and no hash.", *written),
+  value.reject("^1 is \"^2\", and no hash.", {*written},
                "Write 32 hexadecimal digits, or the algorithm, a colon and its digits.");
 }
 
@@ -88,7 +86,7 @@ void readCompression(const DescriptorValue& value, DescribedTable& table) {
   const auto packing = value.word(packingWords);
   if (!packing) return;
   table.packing = *packing;
-  if (!*packing) value.reject("is \"zip\", and archives are not read.", "Pack the file with gzip instead.");
+  if (!*packing) value.reject("^1 is \"zip\", and archives are not read.", "Pack the file with gzip instead.");
 }
 
 struct ResourceRow {
@@ -138,7 +136,7 @@ void readDatasetPart(const DescriptorObject& holder, DescribedTable& table, bool
   const auto value = holder.at(property::statisticsDataset);
   if (!value) return;
   if (isRead) {
-    value->reject("stands in the resource and in its schema.", "Leave it to one of them.");
+    value->reject("^1 stands in the resource and in its schema.", "Leave it to one of them.");
     return;
   }
   isRead = true;
@@ -184,7 +182,7 @@ std::vector<std::string> dataPaths(const Resource& resource) {
   const DescriptorObject& object = resource.object;
   std::vector<std::string> paths;
   if (const auto data = object.at(property::data)) {
-    data->reject("holds the data themselves, and data are read from files.",
+    data->reject("^1 holds the data themselves, and data are read from files.",
                  "Write them into a CSV file beside the descriptor and name it by \"path\".");
     return paths;
   }

@@ -1,6 +1,5 @@
 #include "workbench/data/files/byte_source.h"
 
-#include <fmt/format.h>
 #include <unistd.h>
 #include <zlib.h>
 #include <zstd.h>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "workbench/runtime/activity.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -20,8 +20,8 @@ namespace {
 constexpr std::size_t packedBytes = std::size_t{1} << 18;
 
 Problem unpackingProblem(std::string_view kind, std::string_view reason) {
-  return {fmt::format("The file is no sound {} file ({}).", kind, reason), "",
-          "Pack it anew, or give it the name of what it is."};
+  return {text::sentence("The file is no sound ^1 file (^2).", {kind, reason}), "",
+          text::sentence("Pack it anew, or give it the name of what it is.")};
 }
 
 class PlainSource final : public ByteSource {
@@ -37,8 +37,8 @@ class PlainSource final : public ByteSource {
         return static_cast<std::size_t>(bytes);
       }
       if (errno == EINTR) continue;
-      return Problem{fmt::format("The file cannot be read ({}).", std::strerror(errno)), "",
-                     "Check the disk that it is on, or copy it to another place."};
+      return Problem{text::sentence("The file cannot be read (^1).", {std::strerror(errno)}), "",
+                     text::sentence("Check the disk that it is on, or copy it to another place.")};
     }
   }
 
@@ -64,7 +64,7 @@ class GzipSource final : public ByteSource {
         const Outcome<std::size_t> bytes = packed_.read(buffer_.data(), buffer_.size());
         if (!bytes) return bytes.problem();
         if (*bytes == 0) {
-          if (insideMember_ || !anyMember_) return unpackingProblem("gzip", "it ends too early");
+          if (insideMember_ || !anyMember_) return unpackingProblem("gzip", text::sentence("it ends too early"));
           return std::size_t{0};
         }
         stream_.next_in = reinterpret_cast<Bytef*>(buffer_.data());
@@ -76,7 +76,8 @@ class GzipSource final : public ByteSource {
         insideMember_ = false;
         ::inflateReset(&stream_);
       } else if (state != Z_OK) {
-        return unpackingProblem("gzip", stream_.msg != nullptr ? stream_.msg : "its content is damaged");
+        return unpackingProblem(
+            "gzip", stream_.msg != nullptr ? std::string(stream_.msg) : text::sentence("its content is damaged"));
       }
     }
     return static_cast<std::size_t>(wanted - stream_.avail_out);
@@ -103,7 +104,7 @@ class ZstdSource final : public ByteSource {
         const Outcome<std::size_t> bytes = packed_.read(buffer_.data(), buffer_.size());
         if (!bytes) return bytes.problem();
         if (*bytes == 0) {
-          if (insideFrame_ || !anyFrame_) return unpackingProblem("zstd", "it ends too early");
+          if (insideFrame_ || !anyFrame_) return unpackingProblem("zstd", text::sentence("it ends too early"));
           return std::size_t{0};
         }
         input_ = {buffer_.data(), *bytes, 0};

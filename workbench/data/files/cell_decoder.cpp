@@ -1,12 +1,11 @@
 #include "workbench/data/files/cell_decoder.h"
 
-#include <fmt/format.h>
-
 #include <charconv>
 
 #include "workbench/data/cells/calendar_text.h"
 #include "workbench/data/cells/scaled_decimal.h"
 #include "workbench/data/files/declared_column.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 
@@ -89,13 +88,13 @@ Problem CellDecoder::refusal(std::size_t column, std::string_view cell, const st
   Column& how = columns_[column];
   const std::string& name = dictionary_.at(how.variable).name;
   if (how.decoding == Decoding::declaredNumber) {
-    return cellProblem(where, name, how.reader->reading().type, cell, how.reader->whyNot(cell));
+    return cellProblem(where, name, cell, *how.reader);
   }
-  const CellSighting shown = sightingOf(cell, 0);
-  const std::string_view why =
-      how.decoding == Decoding::number ? "is not of the type that its column has" : "is longer than its column is wide";
-  return {fmt::format("In column \"{}\" the value \"{}{}\" {}.", name, shown.text, shown.isWhole ? "" : "...", why),
-          where, "Correct the value or the type."};
+  return {text::sentence(how.decoding == Decoding::number
+                             ? "In column \"^1\" the value ^2 is not of the type that its column has."
+                             : "In column \"^1\" the value ^2 is longer than its column is wide.",
+                         {name, sightingOf(cell, 0).quoted()}),
+          where, text::sentence("Correct the value or the type.")};
 }
 
 }  // namespace workbench::data

@@ -1,5 +1,7 @@
 #include "workbench/data/files/column_evidence.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <bit>
 #include <numeric>
@@ -8,6 +10,7 @@
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/cells/scaled_decimal.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 
@@ -238,32 +241,43 @@ const CellSighting& ColumnEvidence::firstOtherThan(CellKind kind) const {
   return *earliest;
 }
 
-std::string_view whyOtherThan(CellKind kind, const CellSighting& cell) {
-  if (cell.isStored) return "is stored as something else";
+namespace {
+
+// Of the clause, with ^1 for the cell.
+std::string_view patternOfWhy(CellKind kind, const CellSighting& cell) {
+  if (cell.isStored) return "^1 is stored as something else";
   switch (kind) {
     case CellKind::date:
-      return "is no ISO date";
+      return "^1 is no ISO date";
     case CellKind::time: {
       const std::optional<CalendarValue> time = cell.isWhole ? timeOf(cell.text) : std::nullopt;
-      return time ? "has a finer fraction than is held" : "is no time like 23:59:59";
+      return time ? "^1 has a finer fraction than is held" : "^1 is no time like 23:59:59";
     }
     case CellKind::dateTime: {
       const std::optional<CalendarValue> dateTime = cell.isWhole ? dateTimeOf(cell.text) : std::nullopt;
-      return dateTime ? "has a finer fraction than is held" : "is no ISO date with a time";
+      return dateTime ? "^1 has a finer fraction than is held" : "^1 is no ISO date with a time";
     }
     default:
       break;
   }
-  if (!cell.isWhole) return "is no number";
+  if (!cell.isWhole) return "^1 is no number";
   if (const std::optional<Decimal> number = decimalOf(cell.text)) {
     const bool isWhole = !number->hasExponent && number->lastDigit < number->wholeDigits;
-    if (isWhole) return "is a whole number beyond 2^53, which is not held exactly";
-    return "is a number that is not held exactly";
+    if (isWhole) return "^1 is a whole number beyond 2^53, which is not held exactly";
+    return "^1 is a number that is not held exactly";
   }
   const std::size_t firstDigit = cell.text.find_first_not_of("+-");
   const bool isDigits = cell.text.find_first_not_of("+-.0123456789") == std::string::npos;
-  if (isDigits && firstDigit != std::string::npos && cell.text[firstDigit] == '0') return "has a leading zero";
-  return "is no number";
+  if (isDigits && firstDigit != std::string::npos && cell.text[firstDigit] == '0') return "^1 has a leading zero";
+  return "^1 is no number";
+}
+
+}  // namespace
+
+std::string CellSighting::quoted() const { return fmt::format("\"{}{}\"", text, isWhole ? "" : "..."); }
+
+std::string whyOtherThan(CellKind kind, const CellSighting& cell) {
+  return text::sentence(patternOfWhy(kind, cell), {cell.quoted()});
 }
 
 }  // namespace workbench::data

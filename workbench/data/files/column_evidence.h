@@ -26,6 +26,8 @@ struct CellSighting {
   std::string text;        // its beginning
   bool isWhole = true;     // the text is all of it
   bool isStored = false;   // its source says what it is, whatever it looks like
+
+  std::string quoted() const;  // as sentences show it
 };
 
 // The beginning of a cell for messages, cut between characters.
@@ -119,7 +121,7 @@ class ColumnEvidence {
   std::string lastText_;              // the same
 };
 
-// Why the text is not of the given kind, as the end of a sentence: "is no ISO date". Requires: it is not.
-std::string_view whyOtherThan(CellKind kind, const CellSighting& cell);
+// Why the text is not of the given kind, as a clause about it: "\"x\" is no ISO date". Requires: it is not.
+std::string whyOtherThan(CellKind kind, const CellSighting& cell);
 
 }  // namespace workbench::data

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "workbench/data/dictionary.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 
@@ -26,12 +27,12 @@ ColumnNames columnNames(const std::vector<std::string>& header) {
     if (!result.names[column].empty()) continue;
     if (header[column].empty()) {
       take(column, taken.goodName(fmt::format("column{}", column + 1)));
-      result.warnings.push_back(
-          fmt::format("Column {} has no name; it is called \"{}\".", column + 1, result.names[column]));
+      result.warnings.push_back(text::sentence("Column ^1 has no name; it is called \"^2\".",
+                                               {fmt::to_string(column + 1), result.names[column]}));
     } else {
       take(column, taken.goodName(header[column]));
-      result.warnings.push_back(fmt::format("The name of column {}, \"{}\", repeats; the column is called \"{}\".",
-                                            column + 1, header[column], result.names[column]));
+      result.warnings.push_back(text::sentence("The name of column ^1, \"^2\", repeats; the column is called \"^3\".",
+                                               {fmt::to_string(column + 1), header[column], result.names[column]}));
     }
   }
   return result;

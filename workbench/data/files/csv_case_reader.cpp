@@ -7,6 +7,7 @@
 
 #include "host/messages.h"
 #include "workbench/data/files/part_checks.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -115,8 +116,8 @@ void CsvCaseReader::endPart() {
 void CsvCaseReader::skipHeader() {
   for (std::size_t column = 0; column < query().columns(); ++column) {
     if (query().column(column)[0] == part().evidence->header[column]) continue;
-    throw ErrorText(fmt::format(
-        "{}: The first line was read in two ways; please report this as a fault of this program.", part().path));
+    throw ErrorText(text::sentence(
+        "^1: The first line was read in two ways; please report this as a fault of this program.", {part().path}));
   }
   row_ = 1;
 }
@@ -127,7 +128,7 @@ void CsvCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t rows) 
     for (std::size_t row = 0; row < rows; ++row) bytesOfPart_ += cells.text(row).size();
     const std::optional<std::size_t> refused = decoder_.decode(column, cells, rows, cases, caseSlots);
     if (!refused) continue;
-    const std::string where = fmt::format("{}, case {}", part().path, casesOfPart_ + *refused + 1);
+    const std::string where = text::sentence("^1, case ^2", {part().path, fmt::to_string(casesOfPart_ + *refused + 1)});
     throw ErrorText(decoder_.refusal(column, cells.text(*refused), where).text());
   }
   decoder_.fillUnfed(cases, rows, caseSlots);

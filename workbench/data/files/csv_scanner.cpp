@@ -1,7 +1,5 @@
 #include "workbench/data/files/csv_scanner.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -142,7 +140,7 @@ bool CsvScanner::beginRecord() {
     if (columns_ == 0) {
       const char* const what = hasHeader_ ? "The first line is blank, and it has to name the columns."
                                           : "The first line is blank, and it has to tell the number of columns.";
-      return fail(line_, what, "Remove the blank line.");
+      return fail(line_, what, {}, "Remove the blank line.");
     }
     if (!takeLineEnd()) return false;
   }
@@ -240,7 +238,7 @@ bool CsvScanner::checkFieldCount(CsvField& field) {
     for (; !field.endsRecord; ++fieldIndex_) {
       if (!scanField(field)) return false;
     }
-    return failAtFieldCount(recordLine_, fieldIndex_, columns_, "the first line");
+    return failAtFieldCount(recordLine_, fieldIndex_, columns_, ExpectedBy::firstLine);
   }
   if (field.endsRecord) {
     columns_ = fieldIndex_;

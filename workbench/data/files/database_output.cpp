@@ -1,10 +1,9 @@
 #include "workbench/data/files/database_output.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 
 #include "host/messages.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -14,8 +13,9 @@ std::optional<Problem> problemBeside(const std::string& file, std::span<const st
     const std::string beside = file + std::string(ending);
     const std::optional<FileIdentity> found = identityAt(beside);
     if (!found || found->size == 0) continue;
-    return Problem{fmt::format("Changes that are not in the database yet lie beside it, in {}.", beside), file,
-                   "Close the program that made them; if there is none, open the database with its own program once."};
+    return Problem{text::sentence("Changes that are not in the database yet lie beside it, in ^1.", {beside}), file,
+                   text::sentence("Close the program that made them; if there is none, open the database with its own "
+                                  "program once.")};
   }
   return std::nullopt;
 }
@@ -39,9 +39,9 @@ DatabaseOutput::DatabaseOutput(std::unique_ptr<OutputFile> file, std::span<const
 void DatabaseOutput::commit() {
   if (const std::optional<Problem> beside = problemBeside(file(), endingsBeside_)) throw ErrorText(beside->text());
   if (identityAt(file()) != replaced_) {
-    throw ErrorText(fmt::format(
-        "{}: The database has changed since a table of it began to be written; nothing was put there. Try again.",
-        file()));
+    throw ErrorText(text::sentence(
+        "^1: The database has changed since a table of it began to be written; nothing was put there. Try again.",
+        {file()}));
   }
   file_->commit();
 }

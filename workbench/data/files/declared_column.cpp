@@ -1,11 +1,10 @@
 #include "workbench/data/files/declared_column.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -60,12 +59,10 @@ DeclaredFindings DeclaredCells::findings() const {
   return findings;
 }
 
-Problem cellProblem(const std::string& where, std::string_view column, CellType type, std::string_view cell,
-                    std::string_view why) {
-  const CellSighting shown = sightingOf(cell, 0);
-  return {fmt::format("Column \"{}\" is declared as {}, and \"{}{}\" {}.", column, nameOf(type), shown.text,
-                      shown.isWhole ? "" : "...", why),
-          where, "Correct the cell or what is declared, or list its text among the missing values."};
+Problem cellProblem(const std::string& where, std::string_view column, std::string_view cell, CellReader& reader) {
+  const std::string why = reader.whyNot(cell, sightingOf(cell, 0).quoted());
+  return {text::sentence("Column \"^1\" is declared as ^2, and ^3.", {column, nameOf(reader.reading().type), why}),
+          where, text::sentence("Correct the cell or what is declared, or list its text among the missing values.")};
 }
 
 }  // namespace workbench::data

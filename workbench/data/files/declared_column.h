@@ -47,8 +47,7 @@ class DeclaredCells {
   // Adds the cells of the column to its evidence, of at most so many records. Gives the first record whose cell does
   // not read, and ends there; else their number.
   std::size_t add(const CellBatch& cells, std::size_t column, std::size_t records, ColumnEvidence& evidence);
-  std::string whyNot(std::string_view cell) { return reader_.whyNot(cell); }
-  CellType type() const { return reader_.reading().type; }
+  CellReader& reader() { return reader_; }
   DeclaredFindings findings() const;
 
  private:
@@ -60,8 +59,7 @@ class DeclaredCells {
   std::string plain_;
 };
 
-// A cell that does not read as its column's type. `where` is its file and line or case; `why` ends a sentence.
-Problem cellProblem(const std::string& where, std::string_view column, CellType type, std::string_view cell,
-                    std::string_view why);
+// A cell that does not read as its column's type. `where` is its file and line or case; `reader` read the column.
+Problem cellProblem(const std::string& where, std::string_view column, std::string_view cell, CellReader& reader);
 
 }  // namespace workbench::data

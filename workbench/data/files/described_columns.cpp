@@ -1,12 +1,11 @@
 #include "workbench/data/files/described_columns.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 
 #include "workbench/data/cells/cell_reader.h"
 #include "workbench/data/files/column_names.h"
 #include "workbench/data/files/dataset_description.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -79,9 +78,9 @@ std::optional<Problem> DescribedColumns::problemOf(const std::vector<ColumnEvide
     const CellKind found = evidence[column].kind();
     if (declared == CellKind::text || found == CellKind::empty || found == declared) continue;
     return Problem{
-        fmt::format("Column \"{}\" is declared as {}, and its values, stored as {}, are not all of that kind.",
-                    columns_[column].name, nameOf(field->reading.type), columns_[column].type),
-        path_, "Correct the description or the data."};
+        text::sentence("Column \"^1\" is declared as ^2, and its values, stored as ^3, are not all of that kind.",
+                       {columns_[column].name, nameOf(field->reading.type), columns_[column].type}),
+        path_, text::sentence("Correct the description or the data.")};
   }
   return std::nullopt;
 }

@@ -56,16 +56,15 @@ TableScanner::Step DialectScanner::readHeader(std::vector<std::string>& names) {
   do {
     if (!beginRow()) {
       if (problem_ || row_ == 0) return stopped();
-      fail(line_,
-           fmt::format("The text ends before row {}, which has to name the columns.", dialect_.headerRows.back()),
-           "Say in which rows the header is.");
+      fail(line_, "The text ends before row ^1, which has to name the columns.",
+           {fmt::to_string(dialect_.headerRows.back())}, "Say in which rows the header is.");
       return Step::problem;
     }
     if (!readRow(rows.emplace_back())) return Step::problem;
   } while (row_ != dialect_.headerRows.back());
   for (const std::vector<std::string>& row : rows) {
     if (row.size() <= rows.back().size()) continue;
-    failAtFieldCount(recordLine_, rows.back().size(), row.size(), "a row of the header above it");
+    failAtFieldCount(recordLine_, rows.back().size(), row.size(), ExpectedBy::headerAbove);
     return Step::problem;
   }
   names = joinedNames(rows, dialect_.headerJoin);
@@ -119,7 +118,7 @@ bool DialectScanner::beginRow() {
 bool DialectScanner::leaveOutComment(bool isLine) {
   if (isHeaderRow()) {
     if (!hasTopHeader_) {
-      return fail(line_, fmt::format("Row {} has to name the columns, and it is a comment.", row_),
+      return fail(line_, "Row ^1 has to name the columns, and it is a comment.", {fmt::to_string(row_)},
                   "Say in which rows the header is.");
     }
     ++dialect_.headerRows.front();
@@ -131,9 +130,12 @@ bool DialectScanner::leaveOutComment(bool isLine) {
 bool DialectScanner::leaveOutBlankLine() {
   const bool isPreamble = isBeforeData() && !isHeaderRow();
   if (!isPreamble && columns_ == 0) {
-    const std::string_view row = line_ == 1 ? "first line" : "row";
-    const std::string_view purpose = dialect_.headerRows.empty() ? "tell the number of columns" : "name the columns";
-    return fail(line_, fmt::format("The {} is blank, and it has to {}.", row, purpose), "Remove the blank line.");
+    const std::string_view toTellCount = line_ == 1
+                                             ? "The first line is blank, and it has to tell the number of columns."
+                                             : "The row is blank, and it has to tell the number of columns.";
+    const std::string_view toName = line_ == 1 ? "The first line is blank, and it has to name the columns."
+                                               : "The row is blank, and it has to name the columns.";
+    return fail(line_, dialect_.headerRows.empty() ? toTellCount : toName, {}, "Remove the blank line.");
   }
   if (!isPreamble && blankRun_++ == 0) blankRunStart_ = line_;
   return takeLineEnd();
@@ -244,7 +246,7 @@ bool DialectScanner::takeEscaped() {
   anchor_ = ++position_;
   if (!has(1)) {
     return !problem_ &&
-           fail(line_, "The text ends with an escape character.", "Double it where it is a character of the text.");
+           fail(line_, "The text ends with an escape character.", {}, "Double it where it is a character of the text.");
   }
   const char escaped = buffer_[position_];
   if (escaped == '\0') return failAtNul();
@@ -278,8 +280,8 @@ bool DialectScanner::checkFieldCount(CsvField& field) {
     while (!field.endsRecord) {
       if (!scanField(field)) return false;
     }
-    const std::string_view names = dialect_.headerRows.empty() ? "the first row" : "the header";
-    return failAtFieldCount(recordLine_, fieldIndex_, columns_, namesLine_ == 1 ? "the first line" : names);
+    const ExpectedBy names = dialect_.headerRows.empty() ? ExpectedBy::firstRow : ExpectedBy::header;
+    return failAtFieldCount(recordLine_, fieldIndex_, columns_, namesLine_ == 1 ? ExpectedBy::firstLine : names);
   }
   if (field.endsRecord) {
     columns_ = fieldIndex_;

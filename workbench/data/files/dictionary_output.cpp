@@ -7,6 +7,7 @@
 #include "host/messages.h"
 #include "workbench/data/descriptors/package_writer.h"
 #include "workbench/data/descriptors/schema_writer.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -24,7 +25,9 @@ std::unique_ptr<OutputFile> completeFile(const std::string& path, const std::str
   content.close();
   if (!content) {
     file->checkRoom();
-    throw ErrorText(Problem{"The dictionary could not be written.", path, "Is there room on the disk?"}.text());
+    throw ErrorText(Problem{text::sentence("The dictionary could not be written."), path,
+                            text::sentence("Is there room on the disk?")}
+                        .text());
   }
   file->complete();
   return file;

@@ -6,6 +6,7 @@
 
 #include "host/messages.h"
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -25,7 +26,7 @@ Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, 
   Outcome<std::unique_ptr<OutputFile>> file = OutputFile::create(path, password);
   if (!file) return file.problem();
   std::unique_ptr<DuckDbCopy> copy(new DuckDbCopy(std::move(*file), std::move(columns)));
-  if (packing != Packing::none) {
+  if (packing != Packing::none || !copy->file_->canBeOpened()) {
     Outcome<std::unique_ptr<PackingPipe>> pipe = PackingPipe::open(*copy->file_, packing);
     if (!pipe) return pipe.problem();
     copy->pipe_ = std::move(*pipe);
@@ -72,8 +73,8 @@ void DuckDbCopy::finishStatement() {
   }
   if (*written != feed_.rowsMade()) {
     throw ErrorText(
-        fmt::format("{}: {} rows were to be written, and {} were; please report this as a fault of this program.",
-                    file_->path(), feed_.rowsMade(), *written));
+        text::sentence("^1: ^2 rows were to be written, and ^3 were; please report this as a fault of this program.",
+                       {file_->path(), fmt::to_string(feed_.rowsMade()), fmt::to_string(*written)}));
   }
 }
 

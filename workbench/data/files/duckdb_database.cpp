@@ -1,9 +1,9 @@
 #include "workbench/data/files/duckdb_database.h"
 
-#include <fmt/format.h>
-
 #include <array>
 #include <utility>
+
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -21,11 +21,12 @@ Outcome<duckdb_database> openDatabase() {
   if (!loaded) return loaded.problem();
   const DuckDbLibrary& library = **loaded;
   duckdb_config settings = nullptr;
-  if (library.duckdb_create_config(&settings) != DuckDBSuccess) return duckDbProblem("no configuration can be made");
+  if (library.duckdb_create_config(&settings) != DuckDBSuccess)
+    return duckDbProblem(text::sentence("no configuration can be made"));
   for (const auto& [name, value] : databaseSettings) {
     if (library.duckdb_set_config(settings, name, value) != DuckDBSuccess) {
       library.duckdb_destroy_config(&settings);
-      return duckDbProblem(fmt::format("the setting {} is not known", name));
+      return duckDbProblem(text::sentence("the setting ^1 is not known", {name}));
     }
   }
   duckdb_database database = nullptr;
@@ -33,7 +34,8 @@ Outcome<duckdb_database> openDatabase() {
   const duckdb_state state = library.duckdb_open_ext(nullptr, &database, settings, &error);
   library.duckdb_destroy_config(&settings);
   if (state == DuckDBSuccess) return database;
-  Problem problem = duckDbProblem(error != nullptr ? error : "the database cannot be opened");
+  Problem problem =
+      duckDbProblem(error != nullptr ? std::string(error) : text::sentence("the database cannot be opened"));
   library.duckdb_free(error);
   return problem;
 }
@@ -47,7 +49,7 @@ Outcome<duckdb_database> duckDbDatabase() {
 }
 
 Problem duckDbProblem(std::string_view what) {
-  return Problem{fmt::format("DuckDB reports: {}", what.substr(0, what.find('\n'))), "", ""};
+  return Problem{text::sentence("DuckDB reports: ^1", {what.substr(0, what.find('\n'))}), "", ""};
 }
 
 }  // namespace workbench::data

@@ -1,11 +1,10 @@
 #include "workbench/data/files/duckdb_feed.h"
 
-#include <fmt/format.h>
-
 #include <system_error>
 #include <utility>
 
 #include "workbench/data/files/duckdb_query.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 
@@ -21,7 +20,7 @@ Outcome<Done> DuckDbFeed::start(std::string statement) {
   try {
     thread_ = std::thread([this, statement = std::move(statement)] { run(statement); });
   } catch (const std::system_error& error) {
-    return Problem{fmt::format("The file cannot be written ({}).", error.what()), "", ""};
+    return Problem{text::sentence("The file cannot be written (^1).", {error.what()}), "", ""};
   }
   return Done{};
 }

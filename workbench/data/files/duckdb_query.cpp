@@ -1,6 +1,7 @@
 #include "workbench/data/files/duckdb_query.h"
 
 #include "workbench/data/files/duckdb_database.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -32,7 +33,8 @@ DuckDbQuery::~DuckDbQuery() {
 }
 
 Outcome<Done> DuckDbQuery::execute(duckdb_database database, const std::string& sql) {
-  if (library_.duckdb_connect(database, &connection_) != DuckDBSuccess) return duckDbProblem("no connection");
+  if (library_.duckdb_connect(database, &connection_) != DuckDBSuccess)
+    return duckDbProblem(text::sentence("no connection"));
   if (library_.duckdb_prepare(connection_, sql.c_str(), &statement_) != DuckDBSuccess) {
     return duckDbProblem(library_.duckdb_prepare_error(statement_));
   }
@@ -71,7 +73,8 @@ Outcome<std::uint64_t> rowsWritten(const std::string& sql) {
   if (!database) return database.problem();
   const DuckDbLibrary& library = **duckDbLibrary();
   duckdb_connection connection = nullptr;
-  if (library.duckdb_connect(*database, &connection) != DuckDBSuccess) return duckDbProblem("no connection");
+  if (library.duckdb_connect(*database, &connection) != DuckDBSuccess)
+    return duckDbProblem(text::sentence("no connection"));
   duckdb_result result{};
   const bool isDone = library.duckdb_query(connection, sql.c_str(), &result) == DuckDBSuccess;
   const Outcome<std::uint64_t> written = isDone ? Outcome<std::uint64_t>(library.duckdb_rows_changed(&result))

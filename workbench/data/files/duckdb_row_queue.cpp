@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "workbench/data/files/duckdb_database.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 
@@ -32,7 +33,8 @@ struct DuckDbRowTable {
   static void read(duckdb_function_info info, duckdb_data_chunk chunk) {
     const DuckDbLibrary& library = **duckDbLibrary();
     auto* const queue = static_cast<DuckDbRowQueue*>(library.duckdb_function_get_bind_data(info));
-    if (!queue->next(chunk)) library.duckdb_function_set_error(info, "The rows were abandoned.");
+    if (!queue->next(chunk))
+      library.duckdb_function_set_error(info, text::sentence("The rows were abandoned.").c_str());
   }
 
   static Outcome<Done> enable() {
@@ -40,7 +42,8 @@ struct DuckDbRowTable {
     if (!database) return database.problem();
     const DuckDbLibrary& library = **duckDbLibrary();
     duckdb_connection connection = nullptr;
-    if (library.duckdb_connect(*database, &connection) != DuckDBSuccess) return duckDbProblem("no connection");
+    if (library.duckdb_connect(*database, &connection) != DuckDBSuccess)
+      return duckDbProblem(text::sentence("no connection"));
     duckdb_table_function function = library.duckdb_create_table_function();
     duckdb_logical_type address = library.duckdb_create_logical_type(DUCKDB_TYPE_UBIGINT);
     library.duckdb_table_function_set_name(function, name);
@@ -52,7 +55,7 @@ struct DuckDbRowTable {
     library.duckdb_destroy_logical_type(&address);
     library.duckdb_destroy_table_function(&function);
     library.duckdb_disconnect(&connection);
-    if (state != DuckDBSuccess) return duckDbProblem("no table function can be made");
+    if (state != DuckDBSuccess) return duckDbProblem(text::sentence("no table function can be made"));
     return Done{};
   }
 };

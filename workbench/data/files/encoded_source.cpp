@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/text/wording.h"
+
 namespace workbench::data {
 namespace {
 
@@ -71,8 +73,9 @@ class EncodedSource final : public ByteSource {
       sourceIsEmpty_ = *bytes == 0;
     } while (isStart && filled_ < longestMark && !sourceIsEmpty_);
     if (isStart && filled_ != 0 && !hasNeededMark()) {
-      return Problem{fmt::format("The file is to be {}, and it has no byte order mark at its start.", encoding_), "",
-                     fmt::format("Name {0}LE or {0}BE, whichever it is, or save it as UTF-8.", nameOf(from_.get()))};
+      return Problem{text::sentence("The file is to be ^1, and it has no byte order mark at its start.", {encoding_}),
+                     "",
+                     text::sentence("Name ^1LE or ^1BE, whichever it is, or save it as UTF-8.", {nameOf(from_.get())})};
     }
     return Done{};
   }
@@ -108,10 +111,10 @@ class EncodedSource final : public ByteSource {
     for (const char byte : bad) {
       shown += fmt::format("{}0x{:02X}", shown.empty() ? "" : " ", static_cast<unsigned char>(byte));
     }
-    const bool isOne = bad.size() == 1;
-    return {fmt::format("The byte{} {} at offset {} {} no {}.", isOne ? "" : "s", shown, offsetOf(bad),
-                        isOne ? "is" : "are", encoding_),
-            "", "Name the encoding that the file has, or save it as UTF-8."};
+    return {
+        text::sentence(bad.size() == 1 ? "The byte ^1 at offset ^2 is no ^3." : "The bytes ^1 at offset ^2 are no ^3.",
+                       {shown, fmt::to_string(offsetOf(bad)), encoding_}),
+        "", text::sentence("Name the encoding that the file has, or save it as UTF-8.")};
   }
 
   // Where the bytes stand that were refused last. To see that they are wrong the converter may have read beyond them.
@@ -144,7 +147,8 @@ class EncodedSource final : public ByteSource {
 
 std::optional<std::string> encodingProblem(const std::string& encoding) {
   if (encoding.empty() || converterOf(encoding) != nullptr) return std::nullopt;
-  return "is no encoding that is known; name it as IANA does, like utf-8 or windows-1252";
+  return text::sentence("\"^1\" is no encoding that is known; name it as IANA does, like utf-8 or windows-1252.",
+                        {encoding});
 }
 
 bool isUtf8(const std::string& encoding) {
@@ -154,9 +158,7 @@ bool isUtf8(const std::string& encoding) {
 }
 
 Outcome<std::unique_ptr<ByteSource>> asUtf8(std::unique_ptr<ByteSource> source, const std::string& encoding) {
-  if (const std::optional<std::string> wrong = encodingProblem(encoding)) {
-    return Problem{fmt::format("\"{}\" {}.", encoding, *wrong), "", ""};
-  }
+  if (const std::optional<std::string> wrong = encodingProblem(encoding)) return Problem{*wrong, "", ""};
   if (isUtf8(encoding)) return source;
   return std::unique_ptr<ByteSource>(
       std::make_unique<EncodedSource>(std::move(source), encoding, converterOf(encoding), converterOf("UTF-8")));

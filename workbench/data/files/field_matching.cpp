@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "workbench/text/wording.h"
+
 namespace workbench::data {
 namespace {
 
@@ -13,17 +15,25 @@ struct FileFields {
   const std::vector<std::string>& header;
   const std::string& path;
 
-  Problem refusal(std::string what) const {
-    return {std::move(what), path,
-            fmt::format("Correct the fields in {}, or say there with \"fieldsMatch\" how they match.",
-                        table.descriptorPath)};
+  Problem refusal(std::string_view what, std::initializer_list<std::string_view> items = {}) const {
+    return {text::sentence(what, items), path,
+            text::sentence("Correct the fields in ^1, or say there with \"fieldsMatch\" how they match.",
+                           {table.descriptorPath})};
   }
 };
 
+// English bends with both numbers.
+std::string_view patternOfCounts(std::size_t columns, std::size_t fields) {
+  if (columns == 1 && fields == 1) return "The file has ^1 column, and ^2 field is declared for it.";
+  if (columns == 1) return "The file has ^1 column, and ^2 fields are declared for it.";
+  if (fields == 1) return "The file has ^1 columns, and ^2 field is declared for it.";
+  return "The file has ^1 columns, and ^2 fields are declared for it.";
+}
+
 Problem otherCount(const FileFields& file) {
-  return file.refusal(fmt::format("The file has {} column{}, and {} field{} declared for it.", file.header.size(),
-                                  file.header.size() == 1 ? "" : "s", file.table.fields.size(),
-                                  file.table.fields.size() == 1 ? " is" : "s are"));
+  const std::size_t columns = file.header.size();
+  const std::size_t fields = file.table.fields.size();
+  return file.refusal(patternOfCounts(columns, fields), {fmt::to_string(columns), fmt::to_string(fields)});
 }
 
 // By order; what is left over on a side may be left over.
@@ -46,8 +56,8 @@ Outcome<MatchedFields> matchExactly(const FileFields& file) {
   for (std::size_t column = 0; column < file.header.size(); ++column) {
     const std::string& name = file.table.fields[column].variable.name;
     if (file.header[column] == name) continue;
-    return file.refusal(
-        fmt::format("Column {} is called \"{}\", and the field there \"{}\".", column + 1, file.header[column], name));
+    return file.refusal("Column ^1 is called \"^2\", and the field there \"^3\".",
+                        {fmt::to_string(column + 1), file.header[column], name});
   }
   return matched;
 }
@@ -58,8 +68,8 @@ std::string quotedList(const std::vector<std::string>& names) {
   for (std::size_t index = 0; index < std::min(names.size(), mostNamed); ++index) {
     fmt::format_to(std::back_inserter(list), "{}\"{}\"", index == 0 ? "" : ", ", names[index]);
   }
-  if (names.size() > mostNamed) fmt::format_to(std::back_inserter(list), " and {} more", names.size() - mostNamed);
-  return list;
+  if (names.size() <= mostNamed) return list;
+  return text::sentence("^1 and ^2 more", {list, fmt::to_string(names.size() - mostNamed)});
 }
 
 Outcome<MatchedFields> matchByName(const FileFields& file) {
@@ -92,15 +102,15 @@ Outcome<MatchedFields> matchByName(const FileFields& file) {
   const bool mayHaveMoreColumns = match == FieldsMatch::subset || match == FieldsMatch::partial;
   const bool mayHaveFewerColumns = match == FieldsMatch::superset || match == FieldsMatch::partial;
   if (!undeclared.empty() && !mayHaveMoreColumns) {
-    return file.refusal(fmt::format("No field is declared for {}.", quotedList(undeclared)));
+    return file.refusal("No field is declared for ^1.", {quotedList(undeclared)});
   }
   if (!notHeld.empty() && !mayHaveFewerColumns) {
-    return file.refusal(fmt::format("No column holds the declared {}.", quotedList(notHeld)));
+    return file.refusal("No column holds the declared ^1.", {quotedList(notHeld)});
   }
   if (undeclared.size() == file.header.size()) return file.refusal("No column has the name of a declared field.");
   if (!notHeld.empty()) {
     matched.warnings.push_back(
-        fmt::format("No column holds {}, which {} declares.", quotedList(notHeld), file.table.descriptorPath));
+        text::sentence("No column holds ^1, which ^2 declares.", {quotedList(notHeld), file.table.descriptorPath}));
   }
   return matched;
 }

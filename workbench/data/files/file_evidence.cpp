@@ -12,6 +12,7 @@
 #include "workbench/data/files/evidence_memory.h"
 #include "workbench/data/files/table_scanner.h"
 #include "workbench/runtime/activity.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -36,7 +37,8 @@ class Scan {
     }
     if (step == Step::problem) return scanner_.problem();
     if (evidence_->header.empty()) {
-      return Problem{"No line of the file has a key, and these have to name the columns.", path_, "Name another file."};
+      return Problem{text::sentence("No line of the file has a key, and these have to name the columns."), path_,
+                     text::sentence("Name another file.")};
     }
     finish();
     return std::move(evidence_);
@@ -48,9 +50,10 @@ class Scan {
     const Step step = hasHeader_ ? scanner_.readHeader(evidence_->header) : scanner_.nextRecords(records_);
     if (step == Step::problem) return scanner_.problem();
     if (step == Step::end) {
-      const std::string_view purpose = hasHeader_ ? "name the columns" : "tell the number of columns";
-      return Problem{fmt::format("The file is empty, and its first line has to {}.", purpose), path_,
-                     "Name another file."};
+      return Problem{
+          text::sentence(hasHeader_ ? "The file is empty, and its first line has to name the columns."
+                                    : "The file is empty, and its first line has to tell the number of columns."),
+          path_, text::sentence("Name another file.")};
     }
     // Without a header the first records tell the number of columns.
     for (std::size_t column = 1; !hasHeader_ && column <= records_.columns(); ++column) {
@@ -111,8 +114,8 @@ class Scan {
   Problem refusedCell(std::size_t record, std::size_t column) {
     DeclaredCells& declared = *declared_[column];
     const std::string_view cell = records_.text(record, column);
-    return cellProblem(fmt::format("{}, line {}", path_, records_.lineOf(record, column)), evidence_->header[column],
-                       declared.type(), cell, declared.whyNot(cell));
+    return cellProblem(text::sentence("^1, line ^2", {path_, fmt::to_string(records_.lineOf(record, column))}),
+                       evidence_->header[column], cell, declared.reader());
   }
 
   void finish() {
@@ -214,24 +217,27 @@ void addPart(FileEvidence& whole, const FileEvidence& part) {
 // Why the part cannot stand below the first one; nothing when it can.
 std::optional<Problem> partProblem(const FileEvidence& whole, const std::string& first, const FileEvidence& part,
                                    const std::string& path) {
-  constexpr const char* remedy = "All files of one table have the same columns; correct the file or the list of files.";
+  const auto remedy = [] {
+    return text::sentence("All files of one table have the same columns; correct the file or the list of files.");
+  };
   if (whole.header.size() != part.header.size()) {
-    return Problem{fmt::format("The number of columns is {}, and it is {} in {}, which stands above it.",
-                               part.header.size(), whole.header.size(), first),
-                   path, remedy};
+    return Problem{text::sentence("The number of columns is ^1, and it is ^2 in ^3, which stands above it.",
+                                  {fmt::to_string(part.header.size()), fmt::to_string(whole.header.size()), first}),
+                   path, remedy()};
   }
   for (std::size_t column = 0; column < whole.header.size(); ++column) {
     const std::string& name = whole.header[column];
     if (name != part.header[column]) {
-      return Problem{fmt::format("Column {} is \"{}\", and it is \"{}\" in {}, which stands above it.", column + 1,
-                                 part.header[column], name, first),
-                     path, remedy};
+      return Problem{text::sentence("Column ^1 is \"^2\", and it is \"^3\" in ^4, which stands above it.",
+                                    {fmt::to_string(column + 1), part.header[column], name, first}),
+                     path, remedy()};
     }
     const std::optional<bool> zoned = whole.findings[column].zoned;
     if (zoned && part.findings[column].zoned.value_or(*zoned) != *zoned) {
-      return Problem{fmt::format("The values of column \"{}\" {}, and those in {} {}.", name,
-                                 *zoned ? "bear no time zone" : "bear a time zone", first, *zoned ? "do" : "bear none"),
-                     path, "Let all values of the column bear a time zone, or none."};
+      return Problem{text::sentence(*zoned ? "The values of column \"^1\" bear no time zone, and those in ^2 do."
+                                           : "The values of column \"^1\" bear a time zone, and those in ^2 bear none.",
+                                    {name, first}),
+                     path, text::sentence("Let all values of the column bear a time zone, or none.")};
     }
   }
   return std::nullopt;
@@ -244,7 +250,7 @@ Outcome<SharedEvidence> evidenceOf(const std::string& path, const FileKind& kind
   TableDialect complete = kind.form == TextForm::jsonLines ? jsonLinesDialect(dialect.encoding, dialect.keys) : dialect;
   if (!complete.delimiter) complete.delimiter = std::string(1, kind.delimiter);
   if (const std::optional<std::string> wrong = contradictionIn(complete)) {
-    return Problem{fmt::format("The dialect {}.", *wrong), path, "Correct the dialect."};
+    return Problem{*wrong, path, text::sentence("Correct the dialect.")};
   }
   Outcome<InputFile> file = InputFile::open(path);
   if (!file) return file.problem();
@@ -256,7 +262,8 @@ Outcome<SharedEvidence> evidenceOf(const std::string& path, const FileKind& kind
   Outcome<std::shared_ptr<FileEvidence>> scanned = scan(*file, path, kind.packing, complete, declare);
   if (!scanned) return scanned.problem();
   if (file->identity() != identity) {
-    return Problem{"The file changed while it was read.", path, "Try again when it is complete."};
+    return Problem{text::sentence("The file changed while it was read."), path,
+                   text::sentence("Try again when it is complete.")};
   }
   (*scanned)->identity = identity;
   SharedEvidence evidence = std::move(*scanned);

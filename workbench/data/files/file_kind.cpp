@@ -9,6 +9,7 @@
 
 #include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -46,8 +47,8 @@ Outcome<FileKind> fileKind(std::string_view path) {
   for (const FileKind& kind : fileKinds) {
     if (hasEnding(plainName(path), kind.ending)) return kind;
   }
-  return Problem{"The ending of the name is none of a data file.", std::string(path),
-                 fmt::format("Use one of these: {}.", fmt::join(fileEndings(), ", "))};
+  return Problem{text::sentence("The ending of the name is none of a data file."), std::string(path),
+                 text::sentence("Use one of these: ^1.", {fmt::format("{}", fmt::join(fileEndings(), ", "))})};
 }
 
 std::span<const std::string_view> fileEndings() {

@@ -10,6 +10,7 @@
 
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/unlocked_files.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -18,12 +19,13 @@ Problem openingProblem(int error, const std::string& path) {
   switch (error) {
     case ENOENT:
     case ENOTDIR:
-      return {"There is no such file.", path, "Check the name and the folder."};
+      return {text::sentence("There is no such file."), path, text::sentence("Check the name and the folder.")};
     case EACCES:
     case EPERM:
-      return {"The file may not be read.", path, "Ask its owner for the permission to read it."};
+      return {text::sentence("The file may not be read."), path,
+              text::sentence("Ask its owner for the permission to read it.")};
     default:
-      return {fmt::format("The file cannot be opened ({}).", std::strerror(error)), path, ""};
+      return {text::sentence("The file cannot be opened (^1).", {std::strerror(error)}), path, ""};
   }
 }
 
@@ -32,9 +34,11 @@ Problem openingProblem(int error, const std::string& path) {
 Outcome<struct stat> statusOf(const std::string& path) {
   struct stat status{};
   if (::stat(path.c_str(), &status) != 0) return openingProblem(errno, path);
-  if (S_ISDIR(status.st_mode)) return Problem{"This is a folder.", path, "Name a data file in it."};
+  if (S_ISDIR(status.st_mode))
+    return Problem{text::sentence("This is a folder."), path, text::sentence("Name a data file in it.")};
   if (!S_ISREG(status.st_mode)) {
-    return Problem{"This is no plain file, and data are read more than once.", path, "Copy the data to a file first."};
+    return Problem{text::sentence("This is no plain file, and data are read more than once."), path,
+                   text::sentence("Copy the data to a file first.")};
   }
   return status;
 }

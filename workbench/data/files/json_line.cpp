@@ -8,6 +8,7 @@
 
 #include "workbench/data/files/table_scanner.h"
 #include "workbench/runtime/loaded_library.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -50,39 +51,46 @@ namespace workbench::data {
 namespace {
 
 constexpr std::size_t deepest = 1000;
-constexpr const char* correctLine = "Correct the line, or write the file anew if it was cut off.";
-constexpr const char* writeCharacters = "Write the characters themselves, and leave NUL out.";
 
-JsonFault unsound(std::string_view why) { return {fmt::format("The line is no sound JSON: {}.", why), correctLine}; }
+JsonFault unsound(std::string_view pattern, std::initializer_list<std::string_view> items = {}) {
+  return {text::sentence(pattern, items),
+          text::sentence("Correct the line, or write the file anew if it was cut off.")};
+}
 
 JsonFault faultOf(simdjson::error_code error) {
   switch (error) {
     case simdjson::INCORRECT_TYPE:
-      return {"The line is no JSON object.", "Write every case as an object like {\"id\": 1} in a line of its own."};
+      return {text::sentence("The line is no JSON object."),
+              text::sentence("Write every case as an object like {\"id\": 1} in a line of its own.")};
     case simdjson::UNCLOSED_STRING:
-      return unsound("a text in it is never closed");
+      return unsound("The line is no sound JSON: a text in it is never closed.");
     case simdjson::UNESCAPED_CHARS:
-      return unsound("a control character or a NUL byte stands in it as it is");
+      return unsound("The line is no sound JSON: a control character or a NUL byte stands in it as it is.");
     case simdjson::INCOMPLETE_ARRAY_OR_OBJECT:
-      return unsound("the object is not closed, or something follows it");
+      return unsound("The line is no sound JSON: the object is not closed, or something follows it.");
     case simdjson::MEMALLOC:
-      return {"There is not enough memory for the line.", "Part the data into shorter lines."};
+      return {text::sentence("There is not enough memory for the line."),
+              text::sentence("Part the data into shorter lines.")};
     default:
-      return unsound("a comma, a colon, a quote or a bracket is missing or too much");
+      return unsound("The line is no sound JSON: a comma, a colon, a quote or a bracket is missing or too much.");
   }
 }
 
 JsonFault unsoundValue(std::string_view key) {
-  return unsound(fmt::format("what stands behind \"{}\" is no value", key));
+  return unsound("The line is no sound JSON: what stands behind \"^1\" is no value.", {key});
 }
 
-JsonFault badEscape(std::string_view key) {
-  return {fmt::format("An escape in the text of \"{}\" stands for no character, or for NUL.", key), writeCharacters};
+JsonFault badEscape(std::string_view pattern, std::string_view key = {}) {
+  return {text::sentence(pattern, {key}), text::sentence("Write the characters themselves, and leave NUL out.")};
+}
+
+JsonFault badEscapeInText(std::string_view key) {
+  return badEscape("An escape in the text of \"^1\" stands for no character, or for NUL.", key);
 }
 
 JsonFault tooDeep(std::string_view key) {
-  return {fmt::format("The value of \"{}\" is nested deeper than {} levels.", key, deepest),
-          "Write the data with fewer objects and lists inside each other."};
+  return {text::sentence("The value of \"^1\" is nested deeper than ^2 levels.", {key, fmt::to_string(deepest)}),
+          text::sentence("Write the data with fewer objects and lists inside each other.")};
 }
 
 // Byte by byte: there is no blank in most cases, and digits are few.
@@ -196,7 +204,7 @@ std::optional<JsonFault> JsonLine::Parsers::Reading::take(ondemand::field& field
   if (const auto plain = plainKey(field.key().raw(), text + length)) {
     member.key = *plain;
   } else if (field.unescaped_key().get(member.key) || !holdsCharacters(member.key)) {
-    return JsonFault{"An escape in a key stands for no character, or for NUL.", writeCharacters};
+    return badEscape("An escape in a key stands for no character, or for NUL.");
   }
 
   ondemand::value& value = field.value();
@@ -225,7 +233,7 @@ std::optional<JsonFault> JsonLine::Parsers::Reading::takeText(std::string_view t
   member.value = token.substr(1, token.size() - 2);
   if (!hasEscape(member.value)) return std::nullopt;
   std::string_view resolved;
-  if (value.get_string().get(resolved) || !holdsCharacters(resolved)) return badEscape(member.key);
+  if (value.get_string().get(resolved) || !holdsCharacters(resolved)) return badEscapeInText(member.key);
   // No escape is shorter than what it stands for.
   char* const place = text + (member.value.data() - text);
   std::memcpy(place, resolved.data(), resolved.size());
@@ -287,7 +295,7 @@ std::optional<JsonFault> JsonLine::Parsers::faultIn(Value&& value, std::string_v
       ondemand::field field;
       std::string_view name;
       if (std::move(each).get(field)) return unsoundValue(key);
-      if (field.unescaped_key().get(name) || findNoUtf8(name) != std::string_view::npos) return badEscape(key);
+      if (field.unescaped_key().get(name) || findNoUtf8(name) != std::string_view::npos) return badEscapeInText(key);
       if (std::optional<JsonFault> fault = faultIn(field.value(), key, depth + 1)) return fault;
     }
     return std::nullopt;
@@ -304,8 +312,8 @@ std::optional<JsonFault> JsonLine::Parsers::faultIn(Value&& value, std::string_v
   }
   if (isText(token)) {
     std::string_view resolved;
-    if (hasEscape(token) && value.get_string().get(resolved)) return badEscape(key);
-    return hasEscape(token) && findNoUtf8(resolved) != std::string_view::npos ? std::optional(badEscape(key))
+    if (hasEscape(token) && value.get_string().get(resolved)) return badEscapeInText(key);
+    return hasEscape(token) && findNoUtf8(resolved) != std::string_view::npos ? std::optional(badEscapeInText(key))
                                                                               : std::nullopt;
   }
   return isNumber(token) || isWord(token) ? std::nullopt : std::optional(unsoundValue(key));

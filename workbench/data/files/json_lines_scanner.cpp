@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "workbench/data/cells/decimal_text.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -120,7 +121,7 @@ bool JsonLinesScanner::takeMembers(CellBatch& batch) {
     likely = column + 1;
     Column& found = found_[column];
     if (found.lastLine == line_) {
-      return fail(line_, fmt::format("The key \"{}\" stands twice in the line.", found.key), "Leave one of them out.");
+      return fail(line_, "The key \"^1\" stands twice in the line.", {found.key}, "Leave one of them out.");
     }
     found.lastLine = line_;
     if (member.kind == JsonMember::Kind::nothing) continue;
@@ -169,10 +170,9 @@ std::vector<std::string> JsonLinesScanner::remarks() const {
   std::vector<std::string> all;
   for (const Column& column : found_) {
     if (column.firstNested == 0) continue;
-    all.push_back(fmt::format(
-        "Column \"{}\" holds objects or lists, the first of them in line {}; each is read as the text of its "
-        "JSON.",
-        column.key, column.firstNested));
+    all.push_back(text::sentence(
+        "Column \"^1\" holds objects or lists, the first of them in line ^2; each is read as the text of its JSON.",
+        {column.key, fmt::to_string(column.firstNested)}));
   }
   return all;
 }
@@ -180,11 +180,11 @@ std::vector<std::string> JsonLinesScanner::remarks() const {
 // A byte that is no UTF-8 is the better thing to tell.
 bool JsonLinesScanner::failAtLine(std::size_t length, const JsonFault& fault) {
   const CsvField line{{buffer_.data() + position_, length}, true, false, line_};
-  return checkUtf8(line) && fail(line_, fault.what, fault.remedy);
+  return checkUtf8(line) && failWith(line_, fault.what, fault.remedy);
 }
 
 bool JsonLinesScanner::failAtLength(std::uint64_t line) {
-  return fail(line, fmt::format("The line is longer than {} MiB.", CellBatch::mostBytes >> 20),
+  return fail(line, "The line is longer than ^1 MiB.", {fmt::to_string(CellBatch::mostBytes >> 20)},
               "Write every object in a line of its own; is this a file of JSON lines?");
 }
 

@@ -9,12 +9,14 @@
 #include <cstring>
 #include <utility>
 
+#include "workbench/text/wording.h"
+
 namespace workbench::data {
 namespace {
 
 Problem memoryProblem(int error) {
-  return {fmt::format("Its plain content cannot be held in memory ({}).", std::strerror(error)), "",
-          "A protected file needs as much memory as its plain content; make room."};
+  return {text::sentence("Its plain content cannot be held in memory (^1).", {std::strerror(error)}), "",
+          text::sentence("A protected file needs as much memory as its plain content; make room.")};
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 
 #include "workbench/data/files/openpgp_framing.h"
 #include "workbench/data/files/openpgp_library.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -70,7 +71,7 @@ bool givePassword(rnp_ffi_t, void* context, rnp_key_handle_t, const char*, char*
 }
 
 Problem libraryProblem(const OpenPgpLibrary& library, rnp_result_t result) {
-  return {fmt::format("The OpenPGP library reports: {}.", library.rnp_result_to_string(result)), "", ""};
+  return {text::sentence("The OpenPGP library reports: ^1.", {library.rnp_result_to_string(result)}), "", ""};
 }
 
 // The library's own objects for one message.
@@ -128,33 +129,38 @@ Finding decrypted(const OpenPgpLibrary& library, const Session& session) {
   return finding;
 }
 
-constexpr const char* fetchAgain = "Fetch the file again from where it came from.";
+std::string fetchAgain() { return text::sentence("Fetch the file again from where it came from."); }
 
 std::optional<Problem> problemIn(const OpenPgpLibrary& library, const Finding& finding, const InputFile& message) {
   if (finding.result == RNP_SUCCESS && finding.isIntact) return std::nullopt;
-  if (isCutOff(message)) return Problem{"The protected file is cut off: its end is missing.", "", fetchAgain};
+  if (isCutOff(message))
+    return Problem{text::sentence("The protected file is cut off: its end is missing."), "", fetchAgain()};
   if (finding.protection == "none" && finding.passwords == 0 && finding.keys == 0) {
     const char* const what = finding.result == RNP_SUCCESS
                                  ? "The file is an OpenPGP message that is not encrypted."
                                  : "The file is no OpenPGP message, as its name says it were.";
-    return Problem{what, "", "Give it the name of what it is, and leave the password out."};
+    return Problem{text::sentence(what), "",
+                   text::sentence("Give it the name of what it is, and leave the password out.")};
   }
   if (finding.passwords == 0) {
-    return Problem{"The file is encrypted to somebody's key and not to a password.", "",
-                   "Decrypt it with the program that keeps the key, or have it encrypted to a password."};
+    return Problem{
+        text::sentence("The file is encrypted to somebody's key and not to a password."), "",
+        text::sentence("Decrypt it with the program that keeps the key, or have it encrypted to a password.")};
   }
   if (finding.protection == "cfb") {
-    return Problem{"The file's integrity is not protected: nobody could tell whether it was changed.", "",
-                   "Encrypt it anew with a program of today."};
+    return Problem{text::sentence("The file's integrity is not protected: nobody could tell whether it was changed."),
+                   "", text::sentence("Encrypt it anew with a program of today.")};
   }
   if (finding.result == RNP_ERROR_BAD_PASSWORD || finding.result == RNP_ERROR_NO_SUITABLE_KEY) {
-    return Problem{"The password is wrong.", "", "Give the one that the file was protected with."};
+    return Problem{text::sentence("The password is wrong."), "",
+                   text::sentence("Give the one that the file was protected with.")};
   }
   if (finding.result == RNP_ERROR_NOT_SUPPORTED || finding.result == RNP_ERROR_NOT_IMPLEMENTED ||
       finding.result == RNP_ERROR_OUT_OF_MEMORY) {
     return libraryProblem(library, finding.result);
   }
-  return Problem{"The protected file is damaged: what it holds is not what was encrypted.", "", fetchAgain};
+  return Problem{text::sentence("The protected file is damaged: what it holds is not what was encrypted."), "",
+                 fetchAgain()};
 }
 
 rnp_result_t encrypted(const OpenPgpLibrary& library, const Session& session, const Secret& password) {
@@ -180,12 +186,15 @@ rnp_result_t encrypted(const OpenPgpLibrary& library, const Session& session, co
 }  // namespace
 
 Outcome<Done> checkPassword(const Secret& password) {
-  if (password.empty()) return Problem{"The password is empty.", "", "Give one of one character or more."};
+  if (password.empty())
+    return Problem{text::sentence("The password is empty."), "", text::sentence("Give one of one character or more.")};
   if (password.view().size() > longestPassword) {
-    return Problem{fmt::format("The password has more than {} bytes.", longestPassword), "", "Give a shorter one."};
+    return Problem{text::sentence("The password has more than ^1 bytes.", {fmt::to_string(longestPassword)}), "",
+                   text::sentence("Give a shorter one.")};
   }
   if (password.view().find('\0') != std::string_view::npos) {
-    return Problem{"The password holds a NUL byte.", "", "Give one of characters only."};
+    return Problem{text::sentence("The password holds a NUL byte."), "",
+                   text::sentence("Give one of characters only.")};
   }
   return Done{};
 }
@@ -215,8 +224,8 @@ Outcome<Done> decryptMessage(const InputFile& message, const Secret& password, M
   }
   if (noRoom) return *std::move(noRoom);
   if (streams.readError != 0) {
-    return Problem{fmt::format("The file cannot be read ({}).", std::strerror(streams.readError)), "",
-                   "Check the disk that it is on, or copy it to another place."};
+    return Problem{text::sentence("The file cannot be read (^1).", {std::strerror(streams.readError)}), "",
+                   text::sentence("Check the disk that it is on, or copy it to another place.")};
   }
   if (std::optional<Problem> problem = problemIn(library, finding, message)) return *std::move(problem);
   return Done{};

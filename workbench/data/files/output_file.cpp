@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <random>
@@ -14,8 +15,10 @@
 
 #include "host/messages.h"
 #include "workbench/data/files/openpgp_message.h"
+#include "workbench/data/files/path_target.h"
 #include "workbench/runtime/protected_data.h"
 #include "workbench/runtime/temporary_files.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -24,13 +27,15 @@ Problem creationProblem(int error, const std::string& path) {
   switch (error) {
     case ENOENT:
     case ENOTDIR:
-      return {"The folder of the file does not exist.", path, "Make the folder, or name another one."};
+      return {text::sentence("The folder of the file does not exist."), path,
+              text::sentence("Make the folder, or name another one.")};
     case EACCES:
     case EPERM:
     case EROFS:
-      return {"The folder of the file cannot be written to.", path, "Name a folder in which you may write."};
+      return {text::sentence("The folder of the file cannot be written to."), path,
+              text::sentence("Name a folder in which you may write.")};
     default:
-      return {fmt::format("The file cannot be written ({}).", std::strerror(error)), path, ""};
+      return {text::sentence("The file cannot be written (^1).", {std::strerror(error)}), path, ""};
   }
 }
 
@@ -59,23 +64,45 @@ int makePrivateFile(const std::string& target, std::string& privatePath) {
 
 Outcome<std::unique_ptr<OutputFile>> OutputFile::create(const std::string& path, const Secret& password) {
   std::error_code failure;
-  if (std::filesystem::is_directory(path, failure)) return Problem{"This is a folder.", path, "Name a file in it."};
-  // A symbolic link stays one: what it points to is replaced.
-  std::string target = path;
-  if (std::filesystem::is_symlink(path, failure)) target = std::filesystem::weakly_canonical(path, failure).string();
+  if (std::filesystem::is_directory(path, failure)) {
+    return Problem{text::sentence("This is a folder."), path, text::sentence("Name a file in it.")};
+  }
+  Outcome<std::unique_ptr<OutputFile>> file = data::isStream(path) ? openStream(path) : createFile(path);
+  if (!file || password.empty()) return file;
+  noteProtectedData();
+  Outcome<MemoryFile> plain = MemoryFile::create();
+  if (!plain) return Problem{plain.problem().what, path, plain.problem().remedy};
+  (*file)->plain_.emplace(std::move(*plain));
+  (*file)->password_ = password;
+  return file;
+}
+
+Outcome<std::unique_ptr<OutputFile>> OutputFile::createFile(const std::string& path) {
+  const std::string target = linkTarget(path).string();
+  std::error_code failure;
+  if (std::filesystem::exists(target, failure) && !std::filesystem::is_regular_file(target, failure)) {
+    return Problem{text::sentence("This is neither a file nor a stream."), path, text::sentence("Name a file.")};
+  }
   std::string privatePath;
   const auto hold = temporaryFiles().hold();
   const int descriptor = makePrivateFile(target, privatePath);
   if (descriptor < 0) return creationProblem(errno, path);
   temporaryFiles().add(privatePath);
-  std::unique_ptr<OutputFile> file(new OutputFile(path, target, privatePath, descriptor));
-  if (password.empty()) return file;
-  noteProtectedData();
-  Outcome<MemoryFile> plain = MemoryFile::create();
-  if (!plain) return Problem{plain.problem().what, path, plain.problem().remedy};
-  file->plain_.emplace(std::move(*plain));
-  file->password_ = password;
-  return file;
+  return std::unique_ptr<OutputFile>(new OutputFile(path, target, privatePath, descriptor));
+}
+
+Outcome<std::unique_ptr<OutputFile>> OutputFile::openStream(const std::string& path) {
+  const std::optional<int> named = descriptorNamed(path);
+  const int descriptor = named ? ::fcntl(*named, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)
+                               : ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+  if (descriptor < 0) return creationProblem(errno, path);
+  if ((::fcntl(descriptor, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+    ::close(descriptor);
+    return Problem{text::sentence("This stream cannot be written to."), path, ""};
+  }
+  // Whoever stops reading fails the command, which then leaves nothing of its other outputs behind.
+  ::signal(SIGPIPE, SIG_IGN);
+  return std::unique_ptr<OutputFile>(new OutputFile(path, {}, {}, descriptor));
 }
 
 OutputFile::OutputFile(std::string path, std::string target, std::string privatePath, int descriptor)
@@ -120,6 +147,7 @@ void OutputFile::writeTo(int descriptor, std::string_view bytes) {
 }
 
 void OutputFile::checkRoom() {
+  if (isStream()) return;  // what is abandoned there cannot be taken back
   constexpr std::array<char, std::size_t{1} << 16> bytes{};
   ::lseek(plain_ ? plain_->descriptor() : descriptor_, 0, SEEK_END);
   write({bytes.data(), bytes.size()});
@@ -129,8 +157,9 @@ void OutputFile::complete() {
   if (plain_) encrypt();
   if (descriptor_ < 0) takeBack();
   struct stat replaced{};
-  if (::stat(target_.c_str(), &replaced) == 0 && ::fchmod(descriptor_, modeOf(target_)) != 0) fail(errno);
-  if (::fsync(descriptor_) != 0) fail(errno);
+  if (!isStream() && ::stat(target_.c_str(), &replaced) == 0 && ::fchmod(descriptor_, modeOf(target_)) != 0)
+    fail(errno);
+  if (!isStream() && ::fsync(descriptor_) != 0) fail(errno);
   if (::close(std::exchange(descriptor_, -1)) != 0) fail(errno);
 }
 
@@ -148,6 +177,7 @@ void OutputFile::encrypt() {
 }
 
 void OutputFile::commit() {
+  if (isStream()) return;
   if (::rename(privatePath_.c_str(), target_.c_str()) != 0) fail(errno);
   temporaryFiles().forget(std::exchange(privatePath_, {}));
   const std::filesystem::path folder = std::filesystem::path(target_).parent_path();
@@ -158,8 +188,10 @@ void OutputFile::commit() {
 }
 
 void OutputFile::fail(int error) const {
-  const char* remedy = error == ENOSPC || error == EDQUOT ? " Make room on the disk, or name another folder." : "";
-  throw ErrorText(fmt::format("{}: The file cannot be written ({}).{}", path_, std::strerror(error), remedy));
+  Problem problem{text::sentence("The file cannot be written (^1).", {std::strerror(error)}), path_, ""};
+  const bool isFull = error == ENOSPC || error == EDQUOT;
+  if (isFull) problem.remedy = text::sentence("Make room on the disk, or name another folder.");
+  throw ErrorText(problem.text());
 }
 
 }  // namespace workbench::data

@@ -1,12 +1,14 @@
 #include "workbench/data/files/packer.h"
 
-#include <fmt/format.h>
 #include <zlib.h>
 #include <zstd.h>
 
 #include <cstddef>
 #include <new>
+#include <utility>
 #include <vector>
+
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -64,7 +66,7 @@ class ZstdPacker final : public Packer {
     while (!isUsedUp_ && output.pos == 0) {
       const std::size_t state = ::ZSTD_compressStream2(stream_, &output, &input_, mode_);
       if (::ZSTD_isError(state) != 0) {
-        return Problem{fmt::format("The file cannot be packed ({}).", ::ZSTD_getErrorName(state)), "", ""};
+        return Problem{text::sentence("The file cannot be packed (^1).", {::ZSTD_getErrorName(state)}), "", ""};
       }
       isUsedUp_ = mode_ == ZSTD_e_end ? state == 0 : input_.pos == input_.size;
     }
@@ -79,11 +81,28 @@ class ZstdPacker final : public Packer {
   bool isUsedUp_ = true;
 };
 
+// Leaves the text as it is.
+class NoPacker final : public Packer {
+ public:
+  void take(std::string_view text, TextPart /*part*/) override { text_ = text; }
+  Outcome<std::string_view> next() override { return std::exchange(text_, {}); }
+
+ private:
+  std::string_view text_;
+};
+
 }  // namespace
 
 std::unique_ptr<Packer> makePacker(Packing packing) {
-  if (packing == Packing::gzip) return std::make_unique<GzipPacker>();
-  return std::make_unique<ZstdPacker>();
+  switch (packing) {
+    case Packing::gzip:
+      return std::make_unique<GzipPacker>();
+    case Packing::zstd:
+      return std::make_unique<ZstdPacker>();
+    case Packing::none:
+      break;
+  }
+  return std::make_unique<NoPacker>();
 }
 
 }  // namespace workbench::data

@@ -24,7 +24,6 @@ class Packer {
   virtual Outcome<std::string_view> next() = 0;
 };
 
-// Requires: the packing is one.
 std::unique_ptr<Packer> makePacker(Packing packing);
 
 }  // namespace workbench::data

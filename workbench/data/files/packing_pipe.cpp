@@ -14,6 +14,7 @@
 
 #include "host/messages.h"
 #include "workbench/data/files/packed_text_file.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -21,7 +22,7 @@ namespace {
 constexpr std::size_t textBytes = std::size_t{1} << 18;
 
 Problem openingProblem(std::string_view why, const OutputFile& file) {
-  return {fmt::format("The file cannot be written ({}).", why), file.path(), ""};
+  return {text::sentence("The file cannot be written (^1).", {why}), file.path(), ""};
 }
 
 void closeEnd(int& descriptor) {

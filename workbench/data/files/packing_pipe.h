@@ -24,7 +24,8 @@ namespace workbench::data {
 
 class PackingPipe {
  public:
-  // Requires: the packing is one; the file outlives the pipe, and nobody else uses it before finish().
+  // Without a packing it passes on what it is given. Requires: the file outlives the pipe, and nobody else uses it
+  // before finish().
   static Outcome<std::unique_ptr<PackingPipe>> open(OutputFile& file, Packing packing);
   // Requires: the pipe was closed by all who opened it by its name.
   ~PackingPipe();

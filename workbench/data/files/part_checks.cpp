@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/messages.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 
@@ -16,16 +17,18 @@ InputFile openPartFile(const CsvPart& part) {
 
 void checkPartUnchanged(const CsvPart& part, const InputFile& file) {
   if (file.identity() == part.evidence->identity) return;
-  throw ErrorText(fmt::format("{}: The file has changed since it was opened; open it again.", part.path));
+  throw ErrorText(
+      Problem{text::sentence("The file has changed since it was opened; open it again."), part.path, ""}.text());
 }
 
 void checkWhole(const CsvPart& part, std::uint64_t casesRead, std::uint64_t bytesRead) {
   const FileEvidence& evidence = *part.evidence;
   if (casesRead == evidence.cases && bytesRead == evidence.textBytes) return;
   throw ErrorText(
-      fmt::format("{}: {} cases of {} bytes were read, and {} cases of {} bytes stand in the file; please "
-                  "report this as a fault of this program.",
-                  part.path, casesRead, bytesRead, evidence.cases, evidence.textBytes));
+      text::sentence("^1: ^2 cases of ^3 bytes were read, and ^4 cases of ^5 bytes stand in the file; please report "
+                     "this as a fault of this program.",
+                     {part.path, fmt::to_string(casesRead), fmt::to_string(bytesRead), fmt::to_string(evidence.cases),
+                      fmt::to_string(evidence.textBytes)}));
 }
 
 }  // namespace workbench::data

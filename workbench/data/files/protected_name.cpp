@@ -4,6 +4,7 @@
 #include <string>
 
 #include "workbench/data/files/name_ending.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -22,16 +23,17 @@ std::string_view protectedEnding(std::string_view path) {
 
 Outcome<Done> checkProtectedName(std::string_view path, bool hasPassword) {
   if (hasEnding(path, armoredEnding)) {
-    return Problem{"Files that end in .asc are read, and not written.", std::string(path),
-                   "Let the name end in .pgp instead."};
+    return Problem{text::sentence("Files that end in .asc are read, and not written."), std::string(path),
+                   text::sentence("Let the name end in .pgp instead.")};
   }
   if (hasPassword && !isProtectedName(path)) {
-    return Problem{"The file is to be protected by a password, and its name does not say so.", std::string(path),
-                   "Let the name end in .pgp, as in people.csv.pgp, or leave the password out."};
+    return Problem{text::sentence("The file is to be protected by a password, and its name does not say so."),
+                   std::string(path),
+                   text::sentence("Let the name end in .pgp, as in people.csv.pgp, or leave the password out.")};
   }
   if (!hasPassword && isProtectedName(path)) {
-    return Problem{"The name says that the file is protected, and no password was given for it.", std::string(path),
-                   "Give a password, or leave the last ending of the name out."};
+    return Problem{text::sentence("The name says that the file is protected, and no password was given for it."),
+                   std::string(path), text::sentence("Give a password, or leave the last ending of the name out.")};
   }
   return Done{};
 }

@@ -8,6 +8,7 @@
 #include "host/messages.h"
 #include "workbench/data/files/encoded_source.h"
 #include "workbench/data/files/part_checks.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -69,7 +70,9 @@ void ScannedCaseReader::decode(OBS* cases, std::size_t caseSlots, std::size_t co
     checkUnchanged();
     const std::uint64_t line = records_.lineOf(record_ + *refused, column);
     throw ErrorText(
-        decoder_.refusal(column, cells.text(*refused), fmt::format("{}, line {}", part().path, line)).text());
+        decoder_
+            .refusal(column, cells.text(*refused), text::sentence("^1, line ^2", {part().path, fmt::to_string(line)}))
+            .text());
   }
   decoder_.fillUnfed(cases, count, caseSlots);
 }

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "workbench/text/wording.h"
+
 namespace workbench::data {
 namespace {
 
@@ -25,19 +27,23 @@ TableDialect jsonLinesDialect(std::string encoding, std::vector<std::string> key
 }
 
 std::optional<std::string> contradictionIn(const TableDialect& dialect) {
-  if (dialect.quote && !isAsciiCharacter(*dialect.quote)) return "has a quote character that is no plain character";
-  if (dialect.escape && !isAsciiCharacter(*dialect.escape)) return "has an escape character that is no plain character";
-  if (dialect.quote && dialect.quote == dialect.escape) return "has one character for quotes and for escapes";
-  if (holdsLineBreak(dialect.commentText)) return "has a line break in what comments begin with";
+  if (dialect.quote && !isAsciiCharacter(*dialect.quote))
+    return text::sentence("The dialect has a quote character that is no plain character.");
+  if (dialect.escape && !isAsciiCharacter(*dialect.escape))
+    return text::sentence("The dialect has an escape character that is no plain character.");
+  if (dialect.quote && dialect.quote == dialect.escape)
+    return text::sentence("The dialect has one character for quotes and for escapes.");
+  if (holdsLineBreak(dialect.commentText))
+    return text::sentence("The dialect has a line break in what comments begin with.");
   if (!dialect.delimiter) return std::nullopt;
   const std::string_view delimiter = *dialect.delimiter;
-  if (delimiter.empty()) return "has nothing between fields";
-  if (holdsLineBreak(delimiter)) return "has a line break between fields";
+  if (delimiter.empty()) return text::sentence("The dialect has nothing between fields.");
+  if (holdsLineBreak(delimiter)) return text::sentence("The dialect has a line break between fields.");
   if (dialect.quote && delimiter.find(*dialect.quote) != std::string_view::npos) {
-    return "has the quote character between fields";
+    return text::sentence("The dialect has the quote character between fields.");
   }
   if (dialect.escape && delimiter.find(*dialect.escape) != std::string_view::npos) {
-    return "has the escape character between fields";
+    return text::sentence("The dialect has the escape character between fields.");
   }
   return std::nullopt;
 }

@@ -12,6 +12,7 @@
 #include "workbench/data/files/json_line.h"
 #include "workbench/data/files/json_lines_scanner.h"
 #include "workbench/data/files/structure_marks.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -25,6 +26,21 @@ std::string_view nameOfLineEnd(std::string_view lineEnd) {
   return lineEnd == "\r" ? "CR" : "CR LF";
 }
 
+std::string_view patternOf(TableScanner::ExpectedBy expectedBy) {
+  using ExpectedBy = TableScanner::ExpectedBy;
+  switch (expectedBy) {
+    case ExpectedBy::firstLine:
+      return "The number of fields in this line is ^1; ^2 are expected, as the first line has them.";
+    case ExpectedBy::firstRow:
+      return "The number of fields in this line is ^1; ^2 are expected, as the first row has them.";
+    case ExpectedBy::header:
+      return "The number of fields in this line is ^1; ^2 are expected, as the header has them.";
+    case ExpectedBy::headerAbove:
+      break;
+  }
+  return "The number of fields in this line is ^1; ^2 are expected, as a row of the header above it has them.";
+}
+
 }  // namespace
 
 TableScanner::TableScanner(ByteSource& source, std::string path)
@@ -36,7 +52,7 @@ bool TableScanner::beginText() {
   while (end_ < byteOrderMark.size() && refill()) continue;
   if (problem_) return false;
   const std::string_view text(buffer_.data(), end_);
-  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return fail(1, "This is UTF-16.", saveAsUtf8);
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return fail(1, "This is UTF-16.", {}, saveAsUtf8);
   if (text.starts_with(byteOrderMark)) position_ = byteOrderMark.size();
   return true;
 }
@@ -73,9 +89,8 @@ bool TableScanner::takeLineEnd() {
   }
   if (lineEnd_.empty()) lineEnd_ = found;
   if (found != lineEnd_) {
-    return fail(line_,
-                fmt::format("The line ends with {}, the lines before it with {}.", nameOfLineEnd(found),
-                            nameOfLineEnd(lineEnd_)),
+    return fail(line_, "The line ends with ^1, the lines before it with ^2.",
+                {nameOfLineEnd(found), nameOfLineEnd(lineEnd_)},
                 "Let all lines end alike, and put line breaks inside a field in quotes.");
   }
   position_ += found.size();
@@ -86,8 +101,8 @@ bool TableScanner::takeLineEnd() {
 bool TableScanner::checkUtf8(const CsvField& field) {
   const std::size_t wrong = findNoUtf8(field.text);
   if (wrong == std::string_view::npos) return true;
-  return fail(field.line + countLines(field.text.substr(0, wrong)),
-              fmt::format("The byte 0x{:02X} is no UTF-8.", static_cast<unsigned char>(field.text[wrong])), saveAsUtf8);
+  return fail(field.line + countLines(field.text.substr(0, wrong)), "The byte ^1 is no UTF-8.",
+              {fmt::format("0x{:02X}", static_cast<unsigned char>(field.text[wrong]))}, saveAsUtf8);
 }
 
 void TableScanner::noteSkippedLines(std::uint64_t count, std::uint64_t firstLine) {
@@ -95,40 +110,43 @@ void TableScanner::noteSkippedLines(std::uint64_t count, std::uint64_t firstLine
   skippedLines_ += count;
 }
 
-bool TableScanner::fail(std::uint64_t line, std::string what, std::string remedy) {
-  problem_ = Problem{std::move(what), fmt::format("{}, line {}", path_, line), std::move(remedy)};
+bool TableScanner::fail(std::uint64_t line, std::string_view what, std::initializer_list<std::string_view> items,
+                        std::string_view remedy) {
+  return failWith(line, text::sentence(what, items), text::sentence(remedy));
+}
+
+bool TableScanner::failWith(std::uint64_t line, std::string what, std::string remedy) {
+  problem_ = Problem{std::move(what), text::sentence("^1, line ^2", {path_, fmt::to_string(line)}), std::move(remedy)};
   return false;
 }
 
 bool TableScanner::failAtNul() {
-  return fail(line_, "A NUL byte stands in the text.",
+  return fail(line_, "A NUL byte stands in the text.", {},
               "Is this a text file, saved as UTF-8? Then remove the NUL bytes from it.");
 }
 
 bool TableScanner::failAtOpenQuote(std::uint64_t line) {
-  return fail(line, "The quote that opens here is never closed.",
+  return fail(line, "The quote that opens here is never closed.", {},
               "Close it, or double it where it is a character of the text.");
 }
 
 bool TableScanner::failBehindQuote(std::uint64_t fieldLine) {
-  return fail(line_, fmt::format("A quote is closed, and the field (which began in line {}) goes on.", fieldLine),
+  return fail(line_, "A quote is closed, and the field (which began in line ^1) goes on.", {fmt::to_string(fieldLine)},
               "Double the quotes inside a quoted field, and leave no blanks behind it.");
 }
 
 bool TableScanner::failAtBlankBeforeQuote() {
-  return fail(line_, "A blank stands before an opening quote.", "Remove it, or put it inside the quotes.");
+  return fail(line_, "A blank stands before an opening quote.", {}, "Remove it, or put it inside the quotes.");
 }
 
 bool TableScanner::failAtFieldCount(std::uint64_t line, std::size_t fields, std::size_t expected,
-                                    std::string_view expectedBy) {
-  return fail(line,
-              fmt::format("The number of fields in this line is {}; {} are expected, as {} has them.", fields, expected,
-                          expectedBy),
+                                    ExpectedBy expectedBy) {
+  return fail(line, patternOf(expectedBy), {fmt::to_string(fields), fmt::to_string(expected)},
               "Put a field that holds a delimiter into quotes, and write an empty one where a value is missing.");
 }
 
 bool TableScanner::failAtLength(std::uint64_t line) {
-  return fail(line, fmt::format("The record that begins here is longer than {} MiB.", CellBatch::mostBytes >> 20),
+  return fail(line, "The record that begins here is longer than ^1 MiB.", {fmt::to_string(CellBatch::mostBytes >> 20)},
               "Is a quote missing that closes a field? If not, part the record.");
 }
 

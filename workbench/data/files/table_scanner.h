@@ -46,6 +46,9 @@ class TableScanner {
   // The next records of the data, one at least; they stay as they are until the next step. Records before a problem
   // are given before it. Requires: the same, and that no record has been left half way.
   virtual Step nextRecords(CellBatch& batch);
+  // What the number of fields in a line is held against.
+  enum class ExpectedBy : std::uint8_t { firstLine, firstRow, header, headerAbove };
+
   // Requires: the last step was a problem.
   const Problem& problem() const { return *problem_; }
 
@@ -71,12 +74,16 @@ class TableScanner {
   bool takeLineEnd();
   bool checkUtf8(const CsvField& field);
   void noteSkippedLines(std::uint64_t count, std::uint64_t firstLine);
-  bool fail(std::uint64_t line, std::string what, std::string remedy);
+  // What and remedy are sentences to be looked up, the first with items.
+  bool fail(std::uint64_t line, std::string_view what, std::initializer_list<std::string_view> items,
+            std::string_view remedy);
+  // The same of sentences that are whole.
+  bool failWith(std::uint64_t line, std::string what, std::string remedy);
   bool failAtNul();
   bool failAtOpenQuote(std::uint64_t line);
   bool failBehindQuote(std::uint64_t fieldLine);
   bool failAtBlankBeforeQuote();
-  bool failAtFieldCount(std::uint64_t line, std::size_t fields, std::size_t expected, std::string_view expectedBy);
+  bool failAtFieldCount(std::uint64_t line, std::size_t fields, std::size_t expected, ExpectedBy expectedBy);
   virtual bool failAtLength(std::uint64_t line);
   Step stopped() const { return problem_ ? Step::problem : Step::end; }
 

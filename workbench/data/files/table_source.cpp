@@ -10,6 +10,7 @@
 #include "workbench/data/files/column_names.h"
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_reference.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -46,9 +47,9 @@ Outcome<FileKind> commonKind(const std::vector<std::string>& dataPaths, const De
     const bool isSame =
         other->form == kind->form && other->delimiter == kind->delimiter && other->packing == kind->packing;
     if (isSame) continue;
-    return Problem{
-        fmt::format("The file is of another kind than {}, and both are said to hold one table.", dataPaths.front()),
-        path, "Let all files of a table be of one kind."};
+    return Problem{text::sentence("The file is of another kind than ^1, and both are said to hold one table.",
+                                  {dataPaths.front()}),
+                   path, text::sentence("Let all files of a table be of one kind.")};
   }
   if (description != nullptr && description->packing) kind->packing = *description->packing;
   return kind;
@@ -100,11 +101,11 @@ DeclareColumns declarationsOf(std::shared_ptr<const DescribedTable> description,
   };
 }
 
-// "3 values, the first of them "7" in line 12".
-std::string countWithFirst(std::uint64_t count, const CellSighting& first) {
-  return count == 1 ? fmt::format("the value \"{}{}\" in line {}", first.text, first.isWhole ? "" : "...", first.line)
-                    : fmt::format("{} values, the first of them \"{}{}\" in line {},", count, first.text,
-                                  first.isWhole ? "" : "...", first.line);
+// A warning of so many cells, the first of which is shown.
+std::string cellWarning(std::string_view ofOne, std::string_view ofMany, const std::string& column, std::uint64_t count,
+                        const CellSighting& first) {
+  return text::sentence(count == 1 ? ofOne : ofMany,
+                        {column, first.quoted(), fmt::to_string(first.line), fmt::to_string(count)});
 }
 
 void warnOfFindings(TableSource& source) {
@@ -113,18 +114,20 @@ void warnOfFindings(TableSource& source) {
     const DeclaredFindings& findings = evidence.findings[column];
     const std::string& name = source.names[column];
     if (findings.outside != 0) {
-      source.warnings.push_back(fmt::format("Column \"{}\": {} {} no category of the field.", name,
-                                            countWithFirst(findings.outside, findings.firstOutside),
-                                            findings.outside == 1 ? "is" : "are"));
+      source.warnings.push_back(
+          cellWarning("Column \"^1\": the value ^2 in line ^3 is no category of the field.",
+                      "Column \"^1\": ^4 values, the first of them ^2 in line ^3, are no category of the field.", name,
+                      findings.outside, findings.firstOutside));
     }
     if (findings.oddGroups != 0) {
-      source.warnings.push_back(fmt::format("Column \"{}\": {} {} grouped otherwise than by three digits.", name,
-                                            countWithFirst(findings.oddGroups, findings.firstOddGroups),
-                                            findings.oddGroups == 1 ? "is" : "are"));
+      source.warnings.push_back(cellWarning(
+          "Column \"^1\": the value ^2 in line ^3 is grouped otherwise than by three digits.",
+          "Column \"^1\": ^4 values, the first of them ^2 in line ^3, are grouped otherwise than by three digits.",
+          name, findings.oddGroups, findings.firstOddGroups));
     }
     if (findings.zoned.value_or(false)) {
       source.warnings.push_back(
-          fmt::format("Column \"{}\": its times bear a zone; they are read as times in UTC.", name));
+          text::sentence("Column \"^1\": its times bear a zone; they are read as times in UTC.", {name}));
     }
   }
 }
@@ -132,16 +135,18 @@ void warnOfFindings(TableSource& source) {
 void warnOfLines(TableSource& source) {
   for (const SharedEvidence& part : source.evidence.parts) {
     if (part->skippedLines == 0) continue;
-    source.warnings.push_back(fmt::format("{} blank line{} between others, the first in line {}; {} skipped.",
-                                          part->skippedLines, part->skippedLines == 1 ? " stands" : "s stand",
-                                          part->firstSkippedLine, part->skippedLines == 1 ? "it was" : "they were"));
+    source.warnings.push_back(text::sentence(
+        part->skippedLines == 1 ? "1 blank line stands between others, the first in line ^2; it was skipped."
+                                : "^1 blank lines stand between others, the first in line ^2; they were skipped.",
+        {fmt::to_string(part->skippedLines), fmt::to_string(part->firstSkippedLine)}));
   }
   const std::optional<std::int64_t> told = source.description ? source.description->bytes : std::nullopt;
   const std::int64_t size = source.evidence.parts.front()->identity.size;
   // A package counts the bytes of the file; of a protected one we see the plain content.
   if (told && *told != size && !isProtectedName(source.dataPaths.front())) {
     source.warnings.push_back(
-        fmt::format("The file has {} bytes, and {} says {}.", size, source.description->descriptorPath, *told));
+        text::sentence("The file has ^1 bytes, and ^2 says ^3.",
+                       {fmt::to_string(size), source.description->descriptorPath, fmt::to_string(*told)}));
   }
 }
 
@@ -160,8 +165,9 @@ void warnOfKeys(TableSource& source) {
   for (const std::string& remark : evidence.remarks) source.warnings.push_back(remark);
   if (evidence.cases == 0) return;
   for (const std::string& key : evidence.unseenKeys) {
-    source.warnings.push_back(fmt::format("No line has the key \"{}\", which {} declares; all its values are missing.",
-                                          key, source.description->descriptorPath));
+    source.warnings.push_back(
+        text::sentence("No line has the key \"^1\", which ^2 declares; all its values are missing.",
+                       {key, source.description->descriptorPath}));
   }
 }
 

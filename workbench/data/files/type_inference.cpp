@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "workbench/text/folding.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -111,16 +112,16 @@ Variable declaredVariable(std::string name, const DescribedField& field, const C
   return variable;
 }
 
-std::string_view nameOf(CellKind kind) {
+std::string nameOf(CellKind kind) {
   switch (kind) {
     case CellKind::date:
-      return "a date";
+      return text::sentence("a date");
     case CellKind::time:
-      return "a time";
+      return text::sentence("a time");
     case CellKind::dateTime:
-      return "a date with a time";
+      return text::sentence("a date with a time");
     default:
-      return "a number";
+      return text::sentence("a number");
   }
 }
 
@@ -138,16 +139,35 @@ std::optional<CellKind> almostKind(const ColumnEvidence& evidence) {
   return std::nullopt;
 }
 
+// What is said of a column that became text: because of one cell, or because its source says that it is text and no
+// cell of it looks like one.
+struct TextWarning {
+  std::string_view forCell;
+  std::string_view forSource;
+};
+
+constexpr TextWarning readAsText = {
+    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5.",
+    "Column \"^1\" is read as text: ^2 holds texts in it, whatever they look like.",
+};
+constexpr TextWarning readAsTextForOther = {
+    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5; this file alone would have been read as ^6.",
+    "Column \"^1\" is read as text: ^2 holds texts in it, whatever they look like; this file alone would have been "
+    "read "
+    "as ^3.",
+};
+constexpr TextWarning readAsTextUnlikeOther = {
+    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5; the other file would have been read as ^6.",
+    "Column \"^1\" is read as text: ^2 holds texts in it, whatever they look like; the other file would have been read "
+    "as ^3.",
+};
+
 // What made the column text, and where: in the table, a cell other than `wanted`.
-std::string textWarning(const std::string& column, const ScannedTable& table, const CellSighting& cell, CellKind wanted,
-                        std::string_view consequence) {
-  // Its source says that it is text, and no cell of it looks like one.
-  if (cell.line == 0) {
-    return fmt::format("Column \"{}\" is read as text: {} holds texts in it, whatever they look like{}.", column,
-                       table.path, consequence);
-  }
-  return fmt::format("Column \"{}\" is read as text: in {}, {} {}, \"{}{}\" {}{}.", column, table.path, table.place,
-                     cell.line, cell.text, cell.isWhole ? "" : "...", whyOtherThan(wanted, cell), consequence);
+std::string textWarning(const TextWarning& warning, const std::string& column, const ScannedTable& table,
+                        const CellSighting& cell, CellKind wanted) {
+  if (cell.line == 0) return text::sentence(warning.forSource, {column, table.path, nameOf(wanted)});
+  return text::sentence(warning.forCell, {column, table.path, text::sentence(table.place), fmt::to_string(cell.line),
+                                          whyOtherThan(wanted, cell), nameOf(wanted)});
 }
 
 // One column with all that is known of it. The partner's evidence is null when it has no such column.
@@ -184,20 +204,18 @@ std::string whyText(const Column& column, const ScannedTable& file, const Scanne
   if (column.both.kind() != CellKind::text) return {};
   if (column.others != nullptr && isTyped(column.own.kind())) {
     const CellKind wanted = column.own.kind();
-    return textWarning(column.name, *partner, column.others->firstOtherThan(wanted), wanted,
-                       fmt::format("; this file alone would have been read as {}", nameOf(wanted)));
+    return textWarning(readAsTextForOther, column.name, *partner, column.others->firstOtherThan(wanted), wanted);
   }
   if (column.others != nullptr && isTyped(column.others->kind())) {
     const CellKind wanted = column.others->kind();
-    return textWarning(column.name, file, column.own.firstOtherThan(wanted), wanted,
-                       fmt::format("; the other file would have been read as {}", nameOf(wanted)));
+    return textWarning(readAsTextUnlikeOther, column.name, file, column.own.firstOtherThan(wanted), wanted);
   }
   const std::optional<CellKind> wanted = almostKind(column.both);
   if (!wanted) return {};
   const CellSighting& ownCell = column.own.firstOtherThan(*wanted);
-  if (ownCell.line != 0) return textWarning(column.name, file, ownCell, *wanted, "");
+  if (ownCell.line != 0) return textWarning(readAsText, column.name, file, ownCell, *wanted);
   if (column.others == nullptr || column.others->firstOtherThan(*wanted).line == 0) return {};
-  return textWarning(column.name, *partner, column.others->firstOtherThan(*wanted), *wanted, "");
+  return textWarning(readAsText, column.name, *partner, column.others->firstOtherThan(*wanted), *wanted);
 }
 
 }  // namespace
@@ -230,7 +248,8 @@ InferredTypes inferTypes(const ScannedTable& table, const ScannedTable* partner)
     }
   }
   if (unsaid != 0) {
-    types.warnings.push_back(fmt::format("{} more columns are read as text because of single cells.", unsaid));
+    types.warnings.push_back(
+        text::sentence("^1 more columns are read as text because of single cells.", {fmt::to_string(unsaid)}));
   }
   return types;
 }

@@ -10,6 +10,7 @@
 #include "workbench/data/files/openpgp_message.h"
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_source.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -34,8 +35,8 @@ Outcome<UnlockedFiles> unlockFilesOf(const std::string& path, const Secret& pass
   UnlockedFiles unlocked;
   const auto unlock = [&](const std::string& file) -> Outcome<Done> {
     if (password.empty() && isThere(file)) {
-      return Problem{"The file is protected by a password, and none was given for it.", file,
-                     "Give it: PASSWORD='...' in a job, a password file on the command line."};
+      return Problem{text::sentence("The file is protected by a password, and none was given for it."), file,
+                     text::sentence("Give it: PASSWORD='...' in a job, a password file on the command line.")};
     }
     auto opened = unlockFile(file, password);
     if (!opened) return opened.problem();
@@ -50,7 +51,8 @@ Outcome<UnlockedFiles> unlockFilesOf(const std::string& path, const Secret& pass
     if (const auto done = unlock(schema); !done) return done.problem();
   }
   if (unlocked.empty() && !password.empty()) {
-    return Problem{"The file is not protected by a password.", path, "Leave the password out."};
+    return Problem{text::sentence("The file is not protected by a password."), path,
+                   text::sentence("Leave the password out.")};
   }
   return unlocked;
 }

@@ -1,7 +1,6 @@
 #include "workbench/data/files/unlocked_files.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sodium.h>
 
 #include <algorithm>
@@ -15,6 +14,7 @@
 #include "workbench/data/files/memory_file.h"
 #include "workbench/data/files/openpgp_message.h"
 #include "workbench/runtime/protected_data.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -120,7 +120,7 @@ void giveTimes(const MemoryFile& content, const FileIdentity& identity) {
 
 Outcome<std::shared_ptr<const UnlockedFile>> unlockFile(const std::string& path, const Secret& password) {
   noteProtectedData();
-  if (::sodium_init() < 0) return Problem{"The system gives no random numbers.", path, ""};
+  if (::sodium_init() < 0) return Problem{text::sentence("The system gives no random numbers."), path, ""};
   Outcome<InputFile> message = InputFile::openAsItIs(path);
   if (!message) return message.problem();
   const FileIdentity identity = message->identity();
@@ -132,7 +132,8 @@ Outcome<std::shared_ptr<const UnlockedFile>> unlockFile(const std::string& path,
   if (!content) return inFile(content.problem(), path);
   if (const auto done = decryptMessage(*message, password, *content); !done) return inFile(done.problem(), path);
   if (message->identity() != identity) {
-    return Problem{"The file changed while it was read.", path, "Try again when it is complete."};
+    return Problem{text::sentence("The file changed while it was read."), path,
+                   text::sentence("Try again when it is complete.")};
   }
   giveTimes(*content, identity);
   if (const auto sealed = content->seal(); !sealed) return inFile(sealed.problem(), path);
@@ -145,15 +146,15 @@ Outcome<int> openPlainContent(const std::string& path, const struct stat& status
   const FileIdentity identity = identityOf(status);
   const auto unlocked = registry().at(identity);
   if (unlocked == nullptr) {
-    return Problem{"The file is protected by a password, and none was given for it.", path,
-                   "Give it: PASSWORD='...' in a job, a password file on the command line."};
+    return Problem{text::sentence("The file is protected by a password, and none was given for it."), path,
+                   text::sentence("Give it: PASSWORD='...' in a job, a password file on the command line.")};
   }
   if (unlocked->identity() != identity) {
-    return Problem{"The file has changed since it was opened; open it again.", path, ""};
+    return Problem{text::sentence("The file has changed since it was opened; open it again."), path, ""};
   }
   const int descriptor = ::open(unlocked->content().descriptorPath().c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) {
-    return Problem{fmt::format("The file cannot be opened ({}).", std::strerror(errno)), path, ""};
+    return Problem{text::sentence("The file cannot be opened (^1).", {std::strerror(errno)}), path, ""};
   }
   return descriptor;
 }

@@ -8,6 +8,7 @@
 #include "workbench/data/cells/decimal_text.h"
 #include "workbench/data/files/refused_value.h"
 #include "workbench/text/string_comparison.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -30,13 +31,14 @@ std::optional<std::string> momentText(FormatType format, double value) {
 // An empty name would not be kept as it is.
 std::optional<Problem> whyNotWrittenAsText(const std::string& path, const Dictionary& dictionary) {
   if (dictionary.size() == 0) {
-    return Problem{"A dataset without variables cannot be written as text.", path,
-                   "Save one that has a variable, or none."};
+    return Problem{text::sentence("A dataset without variables cannot be written as text."), path,
+                   text::sentence("Save one that has a variable, or none.")};
   }
   for (std::int32_t index = 0; index < dictionary.size(); ++index) {
     const std::string& name = dictionary.at(index).name;
     if (name.empty() || problemOfText(name) != nullptr) {
-      return Problem{fmt::format("The name of variable {} cannot be written as text.", index + 1), path, ""};
+      return Problem{text::sentence("The name of variable ^1 cannot be written as text.", {fmt::to_string(index + 1)}),
+                     path, ""};
     }
   }
   return std::nullopt;
@@ -49,12 +51,15 @@ bool isMoment(const Variable& variable) {
 }
 
 std::string numberText(const Variable& variable, double value, const std::string& path, std::uint64_t caseNumber) {
-  if (!std::isfinite(value)) refuseValue(path, caseNumber, variable, "is no finite number");
+  if (!std::isfinite(value)) refuseValue(path, caseNumber, variable, noFiniteNumber);
   if (!isMoment(variable)) return decimalText(value);
   std::optional<std::string> text = momentText(variable.format.type, value);
   if (!text) {
-    refuseValue(path, caseNumber, variable,
-                fmt::format("is {}, which its print format cannot show as a date or time", value));
+    refuseValue(
+        path, caseNumber, variable,
+        "In case ^1 the value of \"^2\" is ^3, which its print format cannot show as a date or time, so it cannot "
+        "be written; correct the value.",
+        fmt::to_string(value));
   }
   return *std::move(text);
 }

@@ -9,22 +9,26 @@
 #include "workbench/data/descriptors/dictionary_place.h"
 #include "workbench/data/files/type_inference.h"
 #include "workbench/data/files/unlocked_dataset.h"
+#include "workbench/data/kinds/changed_table.h"
 #include "workbench/data/kinds/data_kind.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
 
-Outcome<std::unique_ptr<ExaminedTable>> examined(const std::string& path) {
+Outcome<std::unique_ptr<ExaminedTable>> examined(const std::string& path, const VariableChanges& changes) {
   const Outcome<const DataKind*> kind = dataKind(path);
-  return kind ? (*kind)->examine(path) : kind.problem();
+  if (!kind) return kind.problem();
+  Outcome<std::unique_ptr<ExaminedTable>> table = (*kind)->examine(path);
+  return table ? changed(std::move(*table), changes) : std::move(table);
 }
 
 // The other table on its way: it is examined on a thread of its own while this one is.
 using TableInFlight = std::optional<std::future<Outcome<std::unique_ptr<ExaminedTable>>>>;
 
-TableInFlight startExamining(const std::optional<std::string>& path) {
-  if (!path) return std::nullopt;
-  return std::async(std::launch::async, [path = *path] { return examined(path); });
+TableInFlight startExaminingPartner(const OpenOptions& options) {
+  if (!options.typesWith) return std::nullopt;
+  return std::async(std::launch::async, [&options] { return examined(*options.typesWith, options.typesChanges); });
 }
 
 // What is inferred is inferred over both, so that the values of both have to be known.
@@ -57,8 +61,8 @@ Outcome<std::shared_ptr<const DataFile>> openDataFile(const std::string& path, c
   if (!unlocked) return unlocked.problem();
 
   // 1. Read the table once, and the other one at the same time.
-  TableInFlight inFlight = startExamining(options.typesWith);
-  Outcome<std::unique_ptr<ExaminedTable>> table = examined(path);
+  TableInFlight inFlight = startExaminingPartner(options);
+  Outcome<std::unique_ptr<ExaminedTable>> table = examined(path, options.changes);
   std::optional<Outcome<std::unique_ptr<ExaminedTable>>> partner;
   if (inFlight) partner = inFlight->get();
   if (!table) return table.problem();
@@ -91,8 +95,9 @@ Outcome<Done> checkCanBeWritten(const std::string& path) {
   const Outcome<const DataKind*> kind = dataKind(path);
   if (kind && (*kind)->create != nullptr) return Done{};
   Problem problem =
-      kind ? Problem{fmt::format("A {} is only read, not written.", (*kind)->name), path, ""} : kind.problem();
-  problem.remedy = fmt::format("Use one of these: {}.", fmt::join(dataEndings(true), ", "));
+      kind ? Problem{text::sentence("A ^1 is only read, not written.", {text::sentence((*kind)->name)}), path, ""}
+           : kind.problem();
+  problem.remedy = text::sentence("Use one of these: ^1.", {fmt::format("{}", fmt::join(dataEndings(true), ", "))});
   return problem;
 }
 

@@ -24,6 +24,7 @@
 #include "workbench/data/files/table_reference.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/data/kinds/described_case_writer.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
@@ -101,8 +102,8 @@ Outcome<const DataKind*> dataKind(const std::string& path) {
     if (const DataKind* const kind = kindOfEnding(name)) return kind;
   }
   if (isParquetFolder(reference.file)) return &parquetKind;
-  return Problem{"The ending of the name is none of a data file.", path,
-                 fmt::format("Use one of these: {}.", fmt::join(dataEndings(false), ", "))};
+  return Problem{text::sentence("The ending of the name is none of a data file."), path,
+                 text::sentence("Use one of these: ^1.", {fmt::format("{}", fmt::join(dataEndings(false), ", "))})};
 }
 
 std::vector<std::string_view> dataEndings(bool onlyWritten) {

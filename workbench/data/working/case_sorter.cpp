@@ -19,8 +19,10 @@ std::size_t runsMergedAtOnce(std::size_t caseSlots) {
 
 }  // namespace
 
-CaseSorter::CaseSorter(std::size_t caseSlots, std::vector<SortKey> keys)
-    : keys_(std::move(keys)), rows_(caseSlots, bytesToOrderRow(keys_), bytesOfSmallestRun()) {}
+CaseSorter::CaseSorter(std::size_t caseSlots, std::vector<SortKey> keys, std::vector<MissingValues> declared)
+    : keys_(std::move(keys)),
+      missing_(keys_, std::move(declared)),
+      rows_(caseSlots, bytesToOrderRow(keys_), bytesOfSmallestRun()) {}
 
 void CaseSorter::add(const OBS* cases, std::size_t count, std::size_t stride) {
   while (count != 0) {
@@ -44,12 +46,32 @@ std::shared_ptr<const KeptCases> CaseSorter::finish() {
   std::vector<CaseRun> runs;
   for (SpilledRun& spilled : spilled_) runs.push_back(std::move(spilled.run));
   if (!mergesNow) {
-    std::vector<std::uint32_t> order = orderOfRows(rows_, keys_);
+    std::vector<std::uint32_t> order = spilled_.empty() ? orderNotingRepeats() : orderOfRows(rows_, keys_);
     rows_.settle(order.empty() ? 0 : bytesOfOrderedRow);
     runs.emplace_back(std::move(rows_), std::move(order));
   }
   if (runs.size() == 1) return std::make_shared<const KeptCases>(caseSlots, std::move(runs));
   return std::make_shared<const KeptCases>(caseSlots, std::move(runs), std::move(keys_));
+}
+
+std::vector<std::uint32_t> CaseSorter::orderNotingRepeats() {
+  repeated_.emplace();
+  return orderOfRows(rows_, keys_, [this](std::size_t place, auto rows) { noteRepeated(place, rows); });
+}
+
+void CaseSorter::noteRepeated(std::size_t place, std::span<const std::uint32_t> rows) {
+  const OBS* const first = rows_.at(rows.front());
+  if (missing_.isMissing(first)) return;
+  ++repeated_->keys;
+  repeated_->cases += static_cast<std::int64_t>(rows.size());
+  if (repeated_->keys > 1 && place > placeOfLowest_) return;
+  placeOfLowest_ = place;
+  repeated_->lowest = keyValues(keys_, first);
+  repeated_->casesOfLowest = static_cast<std::int64_t>(rows.size());
+  repeated_->rowsOfLowest.clear();
+  for (const std::uint32_t row : rows.first(std::min(rows.size(), RepeatedKeys::mostRows))) {
+    repeated_->rowsOfLowest.push_back(std::int64_t{row} + 1);
+  }
 }
 
 void CaseSorter::spillRows() {

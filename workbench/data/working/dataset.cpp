@@ -68,6 +68,7 @@ void Dataset::changeAddedVariable(std::int32_t index, const Variable& changed) {
 void Dataset::replaceCases(std::shared_ptr<const KeptCases> cases) {
   kept_ = std::move(cases);
   file_.reset();
+  keyFindings_.reset();
   columns_.clear();
   baseVariables_ = dictionary_.size();
 }

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/data/data_file.h"
@@ -22,6 +23,7 @@
 #include "workbench/data/working/block_supply.h"
 #include "workbench/data/working/file_in_use.h"
 #include "workbench/data/working/kept_cases.h"
+#include "workbench/data/working/key_findings.h"
 
 namespace workbench::data {
 
@@ -62,6 +64,10 @@ class Dataset {
   // Whether the variable's values are known to increase from case to case, as DataFile::isKnownIncreasing says.
   bool isKnownIncreasing(std::int32_t variable) const;
 
+  // What was found of keys that are base variables; null when nobody has looked at these cases.
+  const KeyFindings* keyFindings() const { return keyFindings_ ? &*keyFindings_ : nullptr; }
+  void rememberKeys(KeyFindings findings) { keyFindings_ = std::move(findings); }
+
   // The base variables' cases, `stride` slots apart or (kept and only read) as they lie. Only the wanted variables are
   // sure to be there. Throws ErrorText.
   std::unique_ptr<BlockSupply> openBaseCases(std::size_t stride, CaseUse use, const VariableSubset& wanted) const;
@@ -78,6 +84,7 @@ class Dataset {
   std::string path_;
   std::string dictionaryFile_;
   std::unique_ptr<FileInUse> fileInUse_;
+  std::optional<KeyFindings> keyFindings_;
   bool hasUnsavedVariables_ = false;
 };
 

@@ -24,4 +24,9 @@ class FileInUse {
   std::vector<FilePlace> places_;
 };
 
+// What became of files since the program was started, whether they are in use any more or not.
+void noteWritten(const FilePlace& place);
+bool wasReadFrom(const FilePlace& place);
+bool wasWritten(const FilePlace& place);
+
 }  // namespace workbench::data

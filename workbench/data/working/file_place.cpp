@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "workbench/data/files/path_target.h"
 #include "workbench/data/files/table_reference.h"
 #include "workbench/data/working/refusal.h"
 
@@ -36,7 +37,7 @@ FilePlace FilePlace::of(std::string_view path) {
   struct stat found{};
   if (::stat(name.c_str(), &found) == 0) place.file = {found.st_dev, found.st_ino};
   std::error_code failed;
-  const fs::path canonical = fs::weakly_canonical(fs::absolute(name), failed);
+  const fs::path canonical = fs::weakly_canonical(fs::absolute(linkTarget(name)), failed);
   place.canonicalPath = failed ? cleanedPath(name) : canonical.string();
   return place;
 }
@@ -72,7 +73,8 @@ Outcome<Done> checkOutputFile(std::string_view path) {
   if (!target.has_filename() || fs::is_directory(target, ignored)) {
     return problem("^1 is a folder; name a data file in it.", {shown});
   }
-  const fs::path folder = folderOf(target);
+  if (isStream(target)) return Done{};
+  const fs::path folder = folderOf(linkTarget(target));
   if (!fs::is_directory(folder, ignored)) {
     return problem("The data file ^1 cannot be written because there is no folder ^2.",
                    {shown, cleanedPath(folder.string())});

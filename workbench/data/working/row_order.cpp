@@ -119,8 +119,9 @@ template <class Pieces>
 class RowSort {
  public:
   // At first the rows lie as they are numbered.
-  RowSort(const Pieces& pieces, std::size_t count)
+  RowSort(const Pieces& pieces, std::size_t count, const EqualRows& equalRows)
       : pieces_(pieces),
+        equalRows_(equalRows),
         room_(std::make_unique_for_overwrite<KeyedRow[]>(2 * count)),
         rows_(room_.get(), count),
         spare_(room_.get() + count, count) {
@@ -157,6 +158,7 @@ class RowSort {
       std::sort(rows.begin(), rows.end(), [&](const KeyedRow& left, const KeyedRow& right) {
         return left.piece() != right.piece() ? left.piece() < right.piece() : isBeforeFrom(next, left.row, right.row);
       });
+      tellEqualRows(group.begin, rows, next);
       return;
     }
     if (!std::is_sorted(rows.begin(), rows.end(), isBefore)) {
@@ -167,7 +169,10 @@ class RowSort {
         sortByBits(rows, spare_.first(rows.size()));
       }
     }
-    if (next == pieces_.count()) return;
+    if (next == pieces_.count()) {
+      tellEqualRows(group.begin, rows, next);
+      return;
+    }
     for (std::size_t begin = 0, end = 0; begin < rows.size(); begin = end) {
       while (end < rows.size() && rows[end].piece() == rows[begin].piece()) ++end;
       if (end - begin == 1) continue;
@@ -189,7 +194,31 @@ class RowSort {
     return left < right;
   }
 
+  bool areEqualFrom(std::size_t piece, std::uint32_t left, std::uint32_t right) const {
+    for (; piece < pieces_.count(); ++piece) {
+      if (pieces_(left, piece) != pieces_(right, piece)) return false;
+    }
+    return true;
+  }
+
+  // Requires: the rows are sorted; all pieces before the one they hold are the same. `next` is the one behind it.
+  void tellEqualRows(std::size_t place, std::span<const KeyedRow> rows, std::size_t next) {
+    if (!equalRows_) return;
+    for (std::size_t begin = 0, end = 0; begin < rows.size(); begin = end) {
+      const auto isEqual = [&](const KeyedRow& one) {
+        return one.piece() == rows[begin].piece() && areEqualFrom(next, rows[begin].row, one.row);
+      };
+      for (end = begin + 1; end < rows.size() && isEqual(rows[end]);) ++end;
+      if (end - begin == 1) continue;
+      equal_.clear();
+      for (const KeyedRow& one : rows.subspan(begin, end - begin)) equal_.push_back(one.row);
+      equalRows_(place + begin, equal_);
+    }
+  }
+
   const Pieces& pieces_;
+  const EqualRows& equalRows_;
+  std::vector<std::uint32_t> equal_;
   std::unique_ptr<KeyedRow[]> room_;
   std::span<KeyedRow> rows_;
   std::span<KeyedRow> spare_;
@@ -197,8 +226,8 @@ class RowSort {
 };
 
 template <class Pieces>
-std::vector<std::uint32_t> orderBy(const Pieces& pieces, std::size_t count) {
-  RowSort sort(pieces, count);
+std::vector<std::uint32_t> orderBy(const Pieces& pieces, std::size_t count, const EqualRows& equalRows) {
+  RowSort sort(pieces, count, equalRows);
   const std::span<const KeyedRow> rows = sort.sort();
   std::size_t place = 0;
   while (place < count && rows[place].row == place) ++place;
@@ -210,9 +239,10 @@ std::vector<std::uint32_t> orderBy(const Pieces& pieces, std::size_t count) {
 
 }  // namespace
 
-std::vector<std::uint32_t> orderOfRows(const CaseRows& rows, const std::vector<SortKey>& keys) {
-  if (isCollated(keys)) return orderBy(CollatedPieces(rows, keys), rows.size());
-  return orderBy(PlainPieces(rows, keys), rows.size());
+std::vector<std::uint32_t> orderOfRows(const CaseRows& rows, const std::vector<SortKey>& keys,
+                                       const EqualRows& equalRows) {
+  if (isCollated(keys)) return orderBy(CollatedPieces(rows, keys), rows.size(), equalRows);
+  return orderBy(PlainPieces(rows, keys), rows.size(), equalRows);
 }
 
 std::size_t bytesToOrderRow(const std::vector<SortKey>& keys) {

@@ -11,6 +11,7 @@
 #include "host/messages.h"
 #include "workbench/data/working/case_sorter.h"
 #include "workbench/data/working/dataset_roles.h"
+#include "workbench/data/working/key_check.h"
 #include "workbench/data/working/refusal.h"
 #include "workbench/data/working/sort_order.h"
 #include "workbench/runtime/current_run.h"
@@ -19,10 +20,11 @@
 namespace workbench::data {
 namespace {
 
-// The variables to sort by, and what of a case they are.
+// The variables to sort by, what of a case they are, and which values of theirs are declared missing.
 struct SortBy {
   std::vector<std::int32_t> variables;
   std::vector<SortKey> keys;
+  std::vector<MissingValues> missing;
 };
 
 Outcome<SortBy> sortByOf(const Dataset& dataset, const SortRequest& request) {
@@ -40,6 +42,7 @@ Outcome<SortBy> sortByOf(const Dataset& dataset, const SortRequest& request) {
     key.isCollated = !key.isNumeric && !currentRun().settings.collation.empty();
     by.variables.push_back(*variable);
     by.keys.push_back(key);
+    by.missing.push_back(dataset.dictionary().at(*variable).missing);
   }
   if (by.keys.empty()) return problem("Name at least one variable to sort by.");
   return by;
@@ -56,16 +59,30 @@ bool isKnownInOrder(const Dataset& dataset, const SortBy& by) {
   return isAsKnown && dataset.caseCount().has_value() && dataset.isKnownIncreasing(variable);
 }
 
+// Whether that tells all of the keys: they increase, and none is missing by declaration.
+bool areKnownSound(const Dataset& dataset, const SortBy& by) {
+  return isKnownInOrder(dataset, by) &&
+         std::all_of(by.missing.begin(), by.missing.end(), [](const MissingValues& one) { return one.code == 0; });
+}
+
+LookedAt lookedAt(const SortBy& by) { return {by.keys, isCollated(by.keys) ? currentRun().settings.collation : ""}; }
+
+// An added variable may be written to later on; what was found of it is not kept.
+void remember(Dataset& dataset, const SortBy& by, KeyFindings findings) {
+  const bool areLasting = std::all_of(by.variables.begin(), by.variables.end(),
+                                      [&](std::int32_t variable) { return variable < dataset.baseVariables(); });
+  findings.of = lookedAt(by);
+  if (areLasting) dataset.rememberKeys(std::move(findings));
+}
+
 // Reads the variables to sort by, up to the first two cases out of order.
-OrderCheck checkOrder(const Dataset& dataset, const SortBy& by) {
-  OrderCheck check(by.keys);
+void checkOrder(const Dataset& dataset, const SortBy& by, KeyCheck& check) {
   DatasetPass pass(dataset, CaseUse::onlyRead, VariableSubset(by.variables));
   while (check.isInOrder()) {
     const CaseSpan span = pass.next();
     if (!span) break;
     check.look(span);
   }
-  return check;
 }
 
 // What the sort has freed goes back to the system; the C library would keep it for this thread, which ends.
@@ -77,12 +94,17 @@ void giveBackFreedMemory() {
 
 SortResult sortBy(Dataset& dataset, const SortRequest& request, const SortBy& by) {
   if (isKnownInOrder(dataset, by)) return {false, std::nullopt, *dataset.caseCount()};
+  const MissingKeys missing(by.keys, by.missing);
   if (request.policy == SortPolicy::whenNeeded) {
-    const OrderCheck check = checkOrder(dataset, by);
-    if (check.isInOrder()) return {false, std::nullopt, check.cases()};
+    KeyCheck check(by.keys, missing);
+    checkOrder(dataset, by, check);
+    if (check.isInOrder()) {
+      remember(dataset, by, check.findings());
+      return {false, std::nullopt, check.cases()};
+    }
   }
-  OrderCheck check(by.keys);
-  CaseSorter sorter(dataset.layout().caseSlots, by.keys);
+  KeyCheck check(by.keys, missing);
+  CaseSorter sorter(dataset.layout().caseSlots, by.keys, by.missing);
   {
     DatasetPass pass(dataset, CaseUse::onlyRead);
     while (const CaseSpan span = pass.next()) {
@@ -92,7 +114,14 @@ SortResult sortBy(Dataset& dataset, const SortRequest& request, const SortBy& by
   }
   dataset.replaceCases(sorter.finish());
   giveBackFreedMemory();
-  return {!check.isInOrder(), check.firstOutOfOrder(), check.cases()};
+  if (const std::optional<RepeatedKeys>& repeated = sorter.repeatedKeys()) {
+    KeyFindings findings = check.findings();
+    findings.wasSorted = findings.firstOutOfOrder.has_value();
+    findings.firstOutOfOrder.reset();
+    findings.repeated = *repeated;
+    remember(dataset, by, std::move(findings));
+  }
+  return {!check.isInOrder(), check.findings().firstOutOfOrder, check.cases()};
 }
 
 Outcome<SortResult> sortOne(const SortTask& task) {
@@ -125,6 +154,24 @@ std::array<Outcome<SortResult>, 2> sortBoth(const SortTask& first, const SortTas
   }
   Outcome<SortResult> own = sortOne(first);
   return {std::move(own), other.get()};
+}
+
+Outcome<KeyFindings> checkKeys(Dataset& dataset, const SortRequest& request) {
+  const Journal::Pause pause(journal());
+  const auto by = sortByOf(dataset, request);
+  if (!by) return by.problem();
+  const KeyFindings* const remembered = dataset.keyFindings();
+  if (remembered != nullptr && remembered->of == lookedAt(*by)) return *remembered;
+  if (areKnownSound(dataset, *by)) return KeyFindings{};
+  const MissingKeys missing(by->keys, by->missing);
+  KeyCheck check(by->keys, missing);
+  try {
+    checkOrder(dataset, *by, check);
+  } catch (const ErrorText& error) {
+    return Problem{error.GetText(), "", ""};
+  }
+  remember(dataset, *by, check.findings());
+  return check.findings();
 }
 
 }  // namespace workbench::data

@@ -1,7 +1,8 @@
 // Bringing the cases of a dataset into the order of some of its variables.
 //
 // Cases that are known or found to be in order stay where they are: looking costs no more than decoding the variables
-// that they are sorted by. Those that are not are read, sorted and kept, in memory or spilled (case_sorter.h).
+// that they are sorted by. Those that are not are read, sorted and kept, in memory or spilled (case_sorter.h). What is
+// found of the variables on the way, as keys of the cases, the dataset remembers.
 #pragma once
 
 #include <array>
@@ -13,7 +14,7 @@
 #include <vector>
 
 #include "workbench/data/working/dataset.h"
-#include "workbench/data/working/order_check.h"
+#include "workbench/data/working/key_findings.h"
 #include "workbench/runtime/outcome.h"
 
 namespace workbench::data {
@@ -47,5 +48,10 @@ struct SortTask {
 
 // Sorts two datasets at the same time, on two threads. Either may fail without the other.
 std::array<Outcome<SortResult>, 2> sortBoth(const SortTask& first, const SortTask& second);
+
+// What is to be known of the keys of a dataset. What a sort has found is told again, in rows as they lay before it; a
+// first variable that is known to increase strictly leaves nothing to find; otherwise the variables are read, of a
+// dataset that is out of order up to where it shows. Fails as sortCases does.
+Outcome<KeyFindings> checkKeys(Dataset& dataset, const SortRequest& request);
 
 }  // namespace workbench::data

@@ -22,6 +22,7 @@ struct SortKey {
   bool isNumeric = true;
   std::size_t bytes = 0;    // of a string: how many are looked at
   bool isCollated = false;  // of a string; else the order is that of the bytes
+  friend bool operator==(const SortKey&, const SortKey&) = default;
 };
 
 // Whether a collation orders any of them.

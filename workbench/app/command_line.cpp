@@ -7,6 +7,7 @@
 #include <map>
 
 #include "workbench/app/version.h"
+#include "workbench/data/files/server_reference.h"
 #include "workbench/output/formats.h"
 
 namespace workbench::app {
@@ -194,6 +195,13 @@ Outcome<Done> settle(CompareCommand& compare) {
   return checkTolerance(request);
 }
 
+// The words behind the program's name, the last one first, as CLI11 takes them. No password in one goes further.
+std::vector<std::string> wordsOf(int argumentCount, const char* const* arguments) {
+  std::vector<std::string> words;
+  for (int index = argumentCount - 1; index > 0; --index) words.push_back(data::withHiddenPasswords(arguments[index]));
+  return words;
+}
+
 }  // namespace
 
 Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* arguments) {
@@ -219,7 +227,7 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
   addEncodePassword(program, encode);
 
   try {
-    program.parse(argumentCount, arguments);
+    program.parse(wordsOf(argumentCount, arguments));
   } catch (const CLI::CallForHelp&) {
     options.command = ShowText{program.help()};
     return options;

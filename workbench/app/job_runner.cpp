@@ -5,6 +5,7 @@
 #include "workbench/app/command_run.h"
 #include "workbench/app/host_command_runner.h"
 #include "workbench/app/procedure_runner.h"
+#include "workbench/data/files/server_reference.h"
 #include "workbench/language/hidden_passwords.h"
 #include "workbench/language/host_commands.h"
 #include "workbench/language/job.h"
@@ -65,8 +66,10 @@ bool runCommand(Session& session, const language::JobCommand& jobCommand) {
 
 }  // namespace
 
-void runJob(Session& session, std::string_view job, OnError onError) {
-  const std::vector<language::JobCommand> commands = language::readJob(job, knownCommands(session));
+void runJob(Session& session, const Secret& job, OnError onError) {
+  // Columns behind a hidden password are those of the text that is shown.
+  const Secret shown = data::jobWithHiddenPasswords(job);
+  const std::vector<language::JobCommand> commands = language::readJob(shown.view(), knownCommands(session));
   noteProtectedDataOf(commands);
   bool isPreparing = true;  // until a preparation was refused, what prepares the comparison is done
   for (const language::JobCommand& command : commands) {

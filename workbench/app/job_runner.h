@@ -1,9 +1,8 @@
 // Runs jobs: every command of a text, one after the other, into the session's document.
 #pragma once
 
-#include <string_view>
-
 #include "workbench/app/session.h"
+#include "workbench/runtime/secret.h"
 
 namespace workbench::app {
 
@@ -16,7 +15,8 @@ enum class OnError {
   goOnToComparison,
 };
 
-// Adds a command to the document for each of the job's, and brings its verdict up to date.
-void runJob(Session& session, std::string_view job, OnError onError);
+// Adds a command to the document for each of the job's, and brings its verdict up to date. Passwords in references to
+// servers go no further than here.
+void runJob(Session& session, const Secret& job, OnError onError);
 
 }  // namespace workbench::app

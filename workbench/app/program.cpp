@@ -233,7 +233,7 @@ void runShown(Session& session, const Job& job, const OutputChoice& choice) {
       if (progress) progress->erase();
     });
   }
-  runJob(session, job.text.view(), job.onError);
+  runJob(session, job.text, job.onError);
   text::diagnostics().sendTo({});
   beforeInterruptedEnd({});
 }

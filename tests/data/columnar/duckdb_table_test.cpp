@@ -48,7 +48,7 @@ TEST(DuckDbTables, ThatAreNotThereAreAProblemThatNamesThoseThatAre) {
   EXPECT_EQ(problemOf(folder, path + "#w"), "a.duckdb: The database holds no table \"w\". It has: t, u.");
   EXPECT_EQ(problemOf(folder, path), "a.duckdb: The database holds 2 tables. Name one behind \"#\": t, u.");
   EXPECT_EQ(problemOf(folder, databaseOf(folder, "e.duckdb", {})),
-            "e.duckdb: The database holds no table. Name another file.");
+            "e.duckdb: The database holds no table. Name another database.");
   EXPECT_TRUE(
       problemOf(folder, folder.write("n.duckdb", "nothing of the kind")).starts_with("n.duckdb: DuckDB reports: "));
 }

@@ -26,7 +26,7 @@ TEST(HostileSqlite, FilesThatAreCutAreAProblem) {
   }
   EXPECT_TRUE(problemOf(folder, folder.write("n.db", "nothing of the kind, though of some length"))
                   .starts_with("n.db: SQLite reports: file is not a database"));
-  EXPECT_EQ(problemOf(folder, folder.write("z.db", "")), "z.db: The database holds no table. Name another file.");
+  EXPECT_EQ(problemOf(folder, folder.write("z.db", "")), "z.db: The database holds no table. Name another database.");
   EXPECT_EQ(problemOf(folder, folder.path("m.db")), "m.db: There is no such file. Check the name and the folder.");
 }
 

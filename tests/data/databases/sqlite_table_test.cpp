@@ -31,7 +31,7 @@ TEST(SqliteTables, NeedNoNameWhereThereIsOneAndBearAnyOfTheEndings) {
     EXPECT_EQ(shown(opened(path)), "1") << name;
   }
   EXPECT_EQ(problemOf(folder, sqliteOf(folder, "e.db", {"PRAGMA user_version = 1"})),
-            "e.db: The database holds no table. Name another file.");
+            "e.db: The database holds no table. Name another database.");
 }
 
 TEST(SqliteTables, HoldValuesOfTheTypeThatEachIsStoredAs) {
@@ -137,16 +137,7 @@ TEST(SqliteTables, AreReadForTheWantedVariablesOnly) {
   const TestFolder folder;
   const SharedFile file =
       opened(sqliteOf(folder, "a.db", {"CREATE TABLE t (a, b, c)", "INSERT INTO t VALUES (1, 'x', 3)"}));
-  const auto reader = file->openReader(VariableSubset({2}));
-  CaseBlock block(3);
-  block.at(0)[0].number = -7;
-  reader->fill(block);
-  EXPECT_EQ(block.cases(), 1U);
-  EXPECT_EQ(block.at(0)[0].number, -7);
-  EXPECT_EQ(block.at(0)[2].number, 3);
-  const auto rowsOnly = file->openReader(VariableSubset(std::vector<std::int32_t>()));
-  rowsOnly->fill(block);
-  EXPECT_EQ(block.cases(), 1U);
+  expectOnlyTheThirdOfThreeIsRead(file);
 }
 
 TEST(SqliteTables, TellWhetherTheirColumnsRise) {

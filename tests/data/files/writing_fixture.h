@@ -37,6 +37,21 @@ inline std::string mixedTextFile(const TestFolder& folder) {
   return folder.write("a.csv", text);
 }
 
+// A case of three variables, a number first and last, the last being 3: asked for that or for none, it is read so.
+inline void expectOnlyTheThirdOfThreeIsRead(const SharedFile& file) {
+  ASSERT_NE(file, nullptr);
+  const auto reader = file->openReader(VariableSubset({2}));
+  CaseBlock block(3);
+  block.at(0)[0].number = -7;
+  reader->fill(block);
+  EXPECT_EQ(block.cases(), 1U);
+  EXPECT_EQ(block.at(0)[0].number, -7);
+  EXPECT_EQ(block.at(0)[2].number, 3);
+  const auto rowsOnly = file->openReader(VariableSubset(std::vector<std::int32_t>()));
+  rowsOnly->fill(block);
+  EXPECT_EQ(block.cases(), 1U);
+}
+
 // What the call throws.
 template <class Call>
 std::string messageOf(Call call) {

@@ -9,6 +9,7 @@
 
 #include "workbench/data/columnar/attached_database.h"
 #include "workbench/data/columnar/duckdb_tables.h"
+#include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/table_choice.h"
@@ -37,8 +38,7 @@ class DuckDbSource final : public StoredSource {
   }
   std::vector<std::string> files() const override { return {file_}; }
   Outcome<std::optional<std::string>> resource() const override {
-    const bool isResource = table_.comment.starts_with('{') && table_.comment.find("\"schema\"") != std::string::npos;
-    return isResource ? std::optional(table_.comment) : std::nullopt;
+    return isResource(table_.comment) ? std::optional(table_.comment) : std::nullopt;
   }
 
  private:

@@ -160,10 +160,4 @@ std::string_view SqliteStatement::blob(int column) {
   return {bytes, static_cast<std::size_t>(library_.sqlite3_column_bytes(statement_, column))};
 }
 
-std::string sqliteName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char character : name) quoted += character == '"' ? "\"\"" : std::string(1, character);
-  return quoted + '"';
-}
-
 }  // namespace workbench::data

@@ -82,7 +82,4 @@ class SqliteStatement {
   sqlite3_stmt* statement_;
 };
 
-// A name in its quotes.
-std::string sqliteName(std::string_view name);
-
 }  // namespace workbench::data

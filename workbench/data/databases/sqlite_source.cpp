@@ -12,6 +12,7 @@
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/sql_text.h"
 #include "workbench/data/files/table_choice.h"
 #include "workbench/data/files/table_reference.h"
 #include "workbench/text/wording.h"
@@ -73,13 +74,13 @@ Outcome<std::string> orderOf(const SharedConnection& connection, const std::stri
     const Outcome<bool> hasNext = (*key)->next();
     if (!hasNext) return hasNext.problem();
     if (!*hasNext) return fmt::format(" ORDER BY {}", fmt::join(names, ", "));
-    names.push_back(sqliteName((*key)->text(0)));
+    names.push_back(sqlName((*key)->text(0)));
   }
 }
 
 Outcome<std::vector<KnownColumn>> columnsIn(const SharedConnection& connection, const std::string& table) {
   const Outcome<std::unique_ptr<SqliteStatement>> statement =
-      SqliteStatement::prepare(connection, fmt::format("SELECT * FROM {} LIMIT 0", sqliteName(table)));
+      SqliteStatement::prepare(connection, fmt::format("SELECT * FROM {} LIMIT 0", sqlName(table)));
   if (!statement) return statement.problem();
   std::vector<KnownColumn> columns;
   for (int column = 0; column < (*statement)->columns(); ++column) {
@@ -161,7 +162,7 @@ Outcome<std::optional<std::string>> SqliteSource::resource() const {
   if (!hasTable) return hasTable.problem();
   if (!*hasTable) return std::optional<std::string>();
   const Outcome<std::unique_ptr<SqliteStatement>> statement = SqliteStatement::prepare(
-      connection_, fmt::format("SELECT resource FROM {} WHERE name = ?1", sqliteName(sqliteResourceTable)));
+      connection_, fmt::format("SELECT resource FROM {} WHERE name = ?1", sqlName(sqliteResourceTable)));
   if (!statement) return statement.problem();
   (*statement)->bind(1, table_);
   const Outcome<bool> hasRow = (*statement)->next();
@@ -171,7 +172,7 @@ Outcome<std::optional<std::string>> SqliteSource::resource() const {
 
 Outcome<std::int64_t> SqliteSource::countRows() const {
   const Outcome<std::unique_ptr<SqliteStatement>> statement =
-      SqliteStatement::prepare(connection_, fmt::format("SELECT count(*) FROM {}", sqliteName(table_)));
+      SqliteStatement::prepare(connection_, fmt::format("SELECT count(*) FROM {}", sqlName(table_)));
   if (!statement) return statement.problem();
   const Outcome<bool> isThere = (*statement)->next();
   if (!isThere) return isThere.problem();
@@ -217,10 +218,10 @@ Outcome<std::unique_ptr<RowCursor>> SqliteSource::open(const std::vector<std::si
   std::vector<KnownColumn> chosen;
   for (const std::size_t column : columns) {
     chosen.push_back(columns_[column]);
-    names.push_back(sqliteName(columns_[column].name));
+    names.push_back(sqlName(columns_[column].name));
   }
   Outcome<std::unique_ptr<SqliteStatement>> statement = SqliteStatement::prepare(
-      connection_, fmt::format("SELECT {} FROM {}{}", fmt::join(names, ", "), sqliteName(table_), order_));
+      connection_, fmt::format("SELECT {} FROM {}{}", fmt::join(names, ", "), sqlName(table_), order_));
   if (!statement) return statement.problem();
   return std::unique_ptr<RowCursor>(std::make_unique<SqliteCursor>(*this, std::move(*statement), std::move(chosen)));
 }

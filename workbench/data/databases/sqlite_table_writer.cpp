@@ -18,6 +18,7 @@
 #include "workbench/data/descriptors/schema_writer.h"
 #include "workbench/data/files/database_output.h"
 #include "workbench/data/files/refused_value.h"
+#include "workbench/data/files/sql_text.h"
 #include "workbench/data/files/table_reference.h"
 #include "workbench/text/string_comparison.h"
 #include "workbench/text/wording.h"
@@ -166,12 +167,12 @@ Outcome<Done> makeTable(const SharedConnection& connection, const std::string& t
                         const std::string& resource) {
   std::vector<std::string> columns;
   for (const Variable& variable : dictionary.variables()) {
-    columns.push_back(fmt::format("{} {}", sqliteName(variable.name), declaredType(variable)));
+    columns.push_back(fmt::format("{} {}", sqlName(variable.name), declaredType(variable)));
   }
-  const std::string resources = sqliteName(sqliteResourceTable);
+  const std::string resources = sqlName(sqliteResourceTable);
   for (const std::string& sql :
-       {fmt::format("DROP TABLE IF EXISTS {}", sqliteName(table)),
-        fmt::format("CREATE TABLE {} ({})", sqliteName(table), fmt::join(columns, ", ")),
+       {fmt::format("DROP TABLE IF EXISTS {}", sqlName(table)),
+        fmt::format("CREATE TABLE {} ({})", sqlName(table), fmt::join(columns, ", ")),
         fmt::format("CREATE TABLE IF NOT EXISTS {} (name TEXT PRIMARY KEY COLLATE NOCASE, resource TEXT NOT NULL)",
                     resources)}) {
     if (const Outcome<Done> made = connection->run(sql); !made) return made;
@@ -223,7 +224,7 @@ Outcome<std::unique_ptr<CaseWriter>> createSqliteTable(const std::string& path, 
   std::vector<std::string> parameters;
   for (std::int32_t index = 0; index < dictionary.size(); ++index) parameters.push_back(fmt::format("?{}", index + 1));
   Outcome<std::unique_ptr<SqliteStatement>> insertion = SqliteStatement::prepare(
-      *connection, fmt::format("INSERT INTO {} VALUES ({})", sqliteName(table), fmt::join(parameters, ", ")));
+      *connection, fmt::format("INSERT INTO {} VALUES ({})", sqlName(table), fmt::join(parameters, ", ")));
   if (!insertion) return insertion.problem();
   return std::unique_ptr<CaseWriter>(std::make_unique<SqliteCaseWriter>(
       std::move(*output), std::move(*connection), std::move(*insertion), path, dictionary, std::move(written.losses)));

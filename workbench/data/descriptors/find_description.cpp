@@ -132,6 +132,10 @@ Outcome<DescribedTable> describedResource(const std::string& packagePath, const 
   return finished(std::move(table), findings);
 }
 
+bool isResource(std::string_view comment) {
+  return comment.starts_with('{') && comment.find("\"schema\"") != std::string_view::npos;
+}
+
 Outcome<DescribedTable> describedByResource(std::string_view resource, const std::string& dataPath) {
   const Outcome<JsonDocument> document = jsonDocument(resource, dataPath);
   if (!document) return document.problem();

@@ -20,6 +20,9 @@ Outcome<std::optional<DescribedTable>> descriptionBeside(const std::string& data
 // A resource of a package; with an empty name the only one that is a table.
 Outcome<DescribedTable> describedResource(const std::string& packagePath, const std::string& resourceName);
 
+// Whether the comment on a table of a database is the text of a resource, not a comment for people.
+bool isResource(std::string_view comment);
+
 // What a resource says whose text is stored with the data, in the file of that path.
 Outcome<DescribedTable> describedByResource(std::string_view resource, const std::string& dataPath);
 

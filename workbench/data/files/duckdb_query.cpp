@@ -4,19 +4,6 @@
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
-namespace {
-
-std::string inQuotes(std::string_view text, char quote) {
-  std::string quoted(1, quote);
-  for (const char character : text) {
-    quoted += character;
-    if (character == quote) quoted += character;
-  }
-  return quoted + quote;
-}
-
-}  // namespace
-
 Outcome<std::unique_ptr<DuckDbQuery>> DuckDbQuery::start(const std::string& sql) {
   const Outcome<duckdb_database> database = duckDbDatabase();
   if (!database) return database.problem();
@@ -83,9 +70,5 @@ Outcome<std::uint64_t> rowsWritten(const std::string& sql) {
   library.duckdb_disconnect(&connection);
   return written;
 }
-
-std::string sqlText(std::string_view text) { return inQuotes(text, '\''); }
-
-std::string sqlName(std::string_view name) { return inQuotes(name, '"'); }
 
 }  // namespace workbench::data

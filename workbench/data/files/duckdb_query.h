@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "workbench/data/files/duckdb_library.h"
+#include "workbench/data/files/sql_text.h"
 #include "workbench/runtime/outcome.h"
 
 namespace workbench::data {
@@ -71,9 +72,5 @@ class DuckDbQuery {
 
 // Runs a statement to its end: how many rows it wrote.
 Outcome<std::uint64_t> rowsWritten(const std::string& sql);
-
-// A text as a literal of SQL, and a name, in their quotes.
-std::string sqlText(std::string_view text);
-std::string sqlName(std::string_view name);
 
 }  // namespace workbench::data

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "workbench/data/files/name_ending.h"
+#include "workbench/data/files/server_reference.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
@@ -15,6 +16,7 @@ constexpr std::string_view armoredEnding = ".asc";
 }  // namespace
 
 std::string_view protectedEnding(std::string_view path) {
+  if (isServerReference(path)) return {};
   for (const std::string_view ending : endings) {
     if (hasEnding(path, ending)) return path.substr(path.size() - ending.size());
   }

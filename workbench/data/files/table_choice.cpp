@@ -12,7 +12,7 @@ namespace workbench::data {
 Outcome<std::string> chosenTable(const std::vector<std::string>& names, const std::string& wanted,
                                  const std::string& where) {
   if (names.empty())
-    return Problem{text::sentence("The database holds no table."), where, text::sentence("Name another file.")};
+    return Problem{text::sentence("The database holds no table."), where, text::sentence("Name another database.")};
   if (wanted.empty()) {
     if (names.size() == 1) return names.front();
     return Problem{text::sentence("The database holds ^1 tables.", {fmt::to_string(names.size())}), where,

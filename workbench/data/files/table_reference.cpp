@@ -3,9 +3,16 @@
 #include <filesystem>
 #include <system_error>
 
+#include "workbench/data/files/server_reference.h"
+
 namespace workbench::data {
 
 TableReference tableReference(std::string_view path) {
+  if (isServerReference(path)) {
+    const std::size_t sign = tableSignOf(path);
+    const std::string_view table = sign == std::string_view::npos ? "" : path.substr(sign + 1);
+    return {std::string(path.substr(0, sign)), std::string(table)};
+  }
   std::error_code ignored;
   std::size_t sign = path.rfind('#');
   if (sign == std::string_view::npos || std::filesystem::exists(path, ignored)) return {std::string(path), ""};

@@ -1,4 +1,5 @@
-// What stands behind "#" in the name of data: one of the tables that a file holds ("study.duckdb#visits").
+// What stands behind "#" in the name of data: one of the tables that a file or a server's database holds
+// ("study.duckdb#visits").
 #pragma once
 
 #include <string>
@@ -11,7 +12,8 @@ struct TableReference {
   std::string table;  // empty: none is named
 };
 
-// The signs in the name of a file that is there belong to its name; the first behind it parts the table.
+// The signs in the name of a file that is there belong to its name; the first behind it parts the table. Of a reference
+// to a server (server_reference.h) the first behind the user's password.
 TableReference tableReference(std::string_view path);
 
 }  // namespace workbench::data

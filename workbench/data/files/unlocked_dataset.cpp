@@ -9,6 +9,7 @@
 #include "workbench/data/descriptors/dictionary_place.h"
 #include "workbench/data/files/openpgp_message.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/server_reference.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/text/wording.h"
 
@@ -20,8 +21,9 @@ bool isThere(const std::string& path) {
   return std::filesystem::exists(path, failure);
 }
 
-// The files that hold the cases: the one that is named, or those of a package's resource.
+// The files that hold the cases: the one that is named, or those of a package's resource; none that a server has.
 Outcome<std::vector<std::string>> filesOfCases(const std::string& path) {
+  if (isServerReference(path)) return std::vector<std::string>();
   if (isProtectedName(path)) return std::vector<std::string>{path};  // what describes it may be locked as well
   const Outcome<std::optional<DescribedTable>> description = descriptionOf(path);
   if (!description) return description.problem();

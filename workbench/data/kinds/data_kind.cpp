@@ -13,6 +13,7 @@
 #include "workbench/data/columnar/parquet_writer.h"
 #include "workbench/data/columnar/stored_file.h"
 #include "workbench/data/databases/database_file.h"
+#include "workbench/data/databases/postgres_source.h"
 #include "workbench/data/databases/sqlite_source.h"
 #include "workbench/data/databases/sqlite_table_writer.h"
 #include "workbench/data/files/csv_case_writer.h"
@@ -21,6 +22,7 @@
 #include "workbench/data/files/json_lines_writer.h"
 #include "workbench/data/files/name_ending.h"
 #include "workbench/data/files/protected_name.h"
+#include "workbench/data/files/server_reference.h"
 #include "workbench/data/files/table_reference.h"
 #include "workbench/data/files/table_source.h"
 #include "workbench/data/kinds/described_case_writer.h"
@@ -72,16 +74,47 @@ constexpr auto duckDbEndings = std::to_array<std::string_view>({".duckdb"});
 constexpr auto sqliteEndings = std::to_array<std::string_view>({".sqlite", ".sqlite3", ".db"});
 
 const auto kinds = std::to_array<DataKind>({
-    {"text file", fileEndings(), &examineCsvFile, &createText, &isTextDescribed, true},
-    {"Parquet file", parquetEndings, &examineOpened<&openParquet>, &createParquetFile, &isStoredDescribed<&openParquet>,
+    {"text file", fileEndings(), {}, &examineCsvFile, &createText, &isTextDescribed, true},
+    {"Parquet file",
+     parquetEndings,
+     {},
+     &examineOpened<&openParquet>,
+     &createParquetFile,
+     &isStoredDescribed<&openParquet>,
      false},
-    {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, &createDuckDbTable,
-     &isStoredDescribed<&openDuckDbTable>, false},
-    {"SQLite database", sqliteEndings, &examineOpened<&openSqliteTable>, &createSqliteTable,
-     &isStoredDescribed<&openSqliteTable>, false},
+    {"DuckDB database",
+     duckDbEndings,
+     {},
+     &examineOpened<&openDuckDbTable>,
+     &createDuckDbTable,
+     &isStoredDescribed<&openDuckDbTable>,
+     false},
+    {"SQLite database",
+     sqliteEndings,
+     {},
+     &examineOpened<&openSqliteTable>,
+     &createSqliteTable,
+     &isStoredDescribed<&openSqliteTable>,
+     false},
+    {"PostgreSQL table",
+     {},
+     postgresBeginnings,
+     &examineOpened<&openPostgresTable>,
+     nullptr,
+     &isStoredDescribed<&openPostgresTable>,
+     false},
 });
 const DataKind& textKind = kinds[0];
 const DataKind& parquetKind = kinds[1];
+
+// The kind of what lies on a server, whatever its name ends in; null: it lies elsewhere.
+const DataKind* kindOfBeginning(std::string_view name) {
+  const auto found = std::find_if(kinds.begin(), kinds.end(), [&](const DataKind& kind) {
+    return std::any_of(kind.beginnings.begin(), kind.beginnings.end(),
+                       [&](std::string_view beginning) { return name.starts_with(beginning); });
+  });
+  return found == kinds.end() ? nullptr : &*found;
+}
 
 const DataKind* kindOfEnding(std::string_view name) {
   const std::string_view plain = plainName(name);
@@ -96,6 +129,7 @@ const DataKind* kindOfEnding(std::string_view name) {
 }  // namespace
 
 Outcome<const DataKind*> dataKind(const std::string& path) {
+  if (const DataKind* const kind = kindOfBeginning(path)) return kind;
   // A name that ends as data do may have "#" in it; otherwise that parts the file from one of its tables.
   const TableReference reference = tableReference(path);
   for (const std::string& name : {path, reference.file}) {

@@ -15,8 +15,9 @@
 namespace workbench::data {
 
 struct DataKind {
-  std::string_view name;  // "Parquet file"
-  std::span<const std::string_view> endings;
+  std::string_view name;                         // "Parquet file"
+  std::span<const std::string_view> endings;     // of a name
+  std::span<const std::string_view> beginnings;  // of a reference to a server
   // Paths are as written, with "#table" perhaps.
   Outcome<std::unique_ptr<ExaminedTable>> (*examine)(const std::string& path);
   // Null: such data are only read. The password is empty for a file that is not to be protected.
@@ -28,8 +29,8 @@ struct DataKind {
   bool hasDictionaryBeside;
 };
 
-// The kind that the name's ending says, in any case; a folder is of the kind of the files in it. Fails for an ending
-// that is not known, naming those that are.
+// The kind that the name's ending says, in any case, or the beginning of a reference to a server; a folder is of the
+// kind of the files in it. Fails for an ending that is not known, naming those that are.
 Outcome<const DataKind*> dataKind(const std::string& path);
 
 // All endings of the kinds that are written, or of all.

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "workbench/data/data_file.h"
 #include "workbench/data/files/path_target.h"
 #include "workbench/data/files/table_reference.h"
 #include "workbench/data/working/refusal.h"
@@ -64,6 +65,7 @@ Outcome<Done> checkInputFile(std::string_view path) {
 Outcome<Done> checkOutputFile(std::string_view path) {
   if (path.empty()) return problem("The name of the data file to write is empty.");
   if (hasScheme(path)) {
+    if (Outcome<Done> kind = checkCanBeWritten(std::string(path)); !kind) return kind;
     return problem("The data file ^1 cannot be written; name a file on this machine.", {path});
   }
   const std::string name = tableReference(path).file;

@@ -3,6 +3,7 @@
 
 #include "tests/data/databases/sqlite_fixture.h"
 #include "tests/postgres/postgres_server.h"
+#include "workbench/data/working/sort.h"
 
 namespace workbench::data {
 namespace {
@@ -46,6 +47,58 @@ TEST(PostgresOrder, OfATableWithoutAKeyIsThatInWhichItsRowsLieWhateverIsRead) {
     EXPECT_EQ(block.at(0)[0].number, 999) << table;
     EXPECT_EQ(casesOf(*file).front().front(), "999") << table;
   }
+}
+
+TEST(PostgresOrder, IsWhatTheServerIsAskedFor) {
+  const TestDatabase database;
+  database.run(
+      "CREATE TABLE t (n numeric, s text, d date); INSERT INTO t VALUES (10, 'b', '2026-01-02'), (NULL, 'é', "
+      "NULL), (9.5, NULL, 'infinity'), (-1, 'B', '2026-01-01'), (3, 'a ', NULL), (4, '', NULL)");
+  const SharedFile file = opened(database.reference("t"));
+  EXPECT_EQ(shown(file->broughtIntoOrder({0})),
+            ". 'é' '' / -1 'B' '2026-01-01' / 3 'a' '' / 4 '' '' / 9.5 '' 'infinity' / 10 'b' '2026-01-02'");
+  EXPECT_EQ(shown(file->broughtIntoOrder({1, 0})),
+            "9.5 '' 'infinity' / 4 '' '' / -1 'B' '2026-01-01' / 3 'a' '' / 10 'b' '2026-01-02' / . 'é' ''");
+  EXPECT_FALSE(file->broughtIntoOrder({0})->isKnownIncreasing(0));
+}
+
+// What a sort that is done when needed has led to: whether the cases are kept here, and which they are.
+std::string sorted(const std::string& reference, const std::vector<std::string>& by,
+                   const VariableChanges& changes = {}) {
+  OpenOptions options;
+  options.changes = changes;
+  const auto file = openDataFile(reference, options);
+  if (!file) return file.problem().text();
+  Dataset dataset(*file);
+  const auto result = sortCases(dataset, {by, {}, SortPolicy::whenNeeded});
+  if (!result) return result.problem().text();
+  std::string all = fmt::format("{}{} cases, {}:", result->reordered ? "reordered " : "", result->cases,
+                                dataset.isKept() ? "kept" : "left to the server");
+  DatasetPass pass(dataset, CaseUse::onlyRead);
+  while (const CaseSpan span = pass.next()) {
+    for (std::size_t index = 0; index < span.count; ++index) {
+      all += fmt::format(" {}", span.cases[index * span.caseSlots].number);
+    }
+  }
+  return all;
+}
+
+TEST(PostgresOrder, IsLeftToTheServerWhereOnlyOneIsPossible) {
+  const TestDatabase database;
+  database.run(
+      "CREATE TABLE t (x int, id int, twice int, gap int, name text COLLATE \"en-x-icu\", odd numeric);"
+      "INSERT INTO t VALUES (1, 3, 5, 3, 'ann', 9), (2, 1, 4, NULL, 'Zoe', 10), (3, 2, 4, 1, 'Émile', 'NaN')");
+  EXPECT_EQ(sorted(database.reference("t"), {"x"}), "3 cases, left to the server: 1 2 3");
+  EXPECT_EQ(sorted(database.reference("t"), {"id"}), "reordered 3 cases, left to the server: 2 3 1");
+  EXPECT_EQ(sorted(database.reference("t"), {"name"}), "reordered 3 cases, left to the server: 2 1 3");
+  EXPECT_EQ(sorted(database.reference("t"), {"twice", "id"}), "reordered 3 cases, left to the server: 2 3 1");
+  // Renamed and without what stood before it.
+  EXPECT_EQ(sorted(database.reference("t"), {"key"}, {{{"id", "key"}}, {"x"}}),
+            "reordered 3 cases, left to the server: 1 2 3");
+  // Repeated, missing, and ordered otherwise by the server.
+  EXPECT_EQ(sorted(database.reference("t"), {"twice"}), "reordered 3 cases, kept: 2 3 1");
+  EXPECT_EQ(sorted(database.reference("t"), {"gap"}), "reordered 3 cases, kept: 2 3 1");
+  EXPECT_EQ(sorted(database.reference("t"), {"odd"}), "reordered 3 cases, kept: 2 1 3");
 }
 
 }  // namespace

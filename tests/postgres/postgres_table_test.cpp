@@ -171,7 +171,7 @@ TEST(PostgresTables, AreReadInBoundedMemory) {
   database.run("CREATE VIEW big AS SELECT i AS id, repeat(md5(i::text), 32) AS t FROM generate_series(1, 200000) i");
   const auto source = openPostgresTable(database.reference("big"));
   ASSERT_TRUE(source) << source.problem().text();
-  const auto cursor = (*source)->open({0, 1});
+  const auto cursor = (*source)->open({0, 1}, {});
   ASSERT_TRUE(cursor) << cursor.problem().text();
   CellBatch batch;
   ASSERT_TRUE((*cursor)->next(batch));

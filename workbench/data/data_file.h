@@ -35,6 +35,11 @@ class DataFile {
   // missing: numbers by value, texts by their bytes over the full width with the blanks at their end left out, none of
   // them empty.
   virtual bool isKnownIncreasing(std::int32_t /*variable*/) const { return false; }
+  // The same cases in ascending order of these variables, where whoever holds them can bring them into one. That may be
+  // another one than sort_order.h has, so who asks has to look. Null: nobody can.
+  virtual std::shared_ptr<const DataFile> broughtIntoOrder(const std::vector<std::int32_t>& /*variables*/) const {
+    return nullptr;
+  }
   // What a user should know of how the file was read: a renamed column, a column that stayed text and why. Sentences.
   virtual const std::vector<std::string>& warnings() const = 0;
 };

@@ -31,7 +31,7 @@ DatabaseCaseReader::DatabaseCaseReader(std::shared_ptr<const DatabaseDataset> da
     : dataset_(std::move(dataset)),
       fetched_(wantedColumns(*dataset_, wanted)),
       decoder_(some(dataset_->columns, fetched_), dataset_->dictionary, dataset_->layout, wanted) {
-  Outcome<std::unique_ptr<RowCursor>> cursor = dataset_->table->source->open(fetched_);
+  Outcome<std::unique_ptr<RowCursor>> cursor = dataset_->table->source->open(fetched_, dataset_->orderedBy);
   if (!cursor) throw ErrorText(cursor.problem().text());
   cursor_ = std::move(*cursor);
 }

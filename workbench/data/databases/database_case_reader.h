@@ -25,6 +25,7 @@ struct DatabaseDataset {
   std::vector<CsvColumn> columns;
   Dictionary dictionary;
   CaseLayout layout;
+  std::vector<std::size_t> orderedBy;  // columns by which the source orders the rows; none: as they come
 };
 
 class DatabaseCaseReader final : public CaseReader {

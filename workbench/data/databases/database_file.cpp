@@ -27,9 +27,15 @@ class DatabaseFile final : public DataFile {
   bool isKnownIncreasing(std::int32_t variable) const override {
     const auto column = static_cast<std::size_t>(variable);
     const ColumnEvidence& evidence = dataset_->table->evidence[column];
-    if (!dataset_->table->isLookedAt) return false;
+    if (!dataset_->table->isLookedAt || !dataset_->orderedBy.empty()) return false;
     if (!dictionary().at(variable).isNumeric()) return evidence.textsRise() && !dataset_->columns[column].reading;
     return evidence.numbersRise() || (evidence.kind() == CellKind::date && evidence.textsRise());
+  }
+  std::shared_ptr<const DataFile> broughtIntoOrder(const std::vector<std::int32_t>& variables) const override {
+    if (!source().bringsIntoOrder()) return nullptr;
+    auto ordered = std::make_shared<DatabaseDataset>(*dataset_);
+    ordered->orderedBy.assign(variables.begin(), variables.end());
+    return std::make_shared<DatabaseFile>(std::move(ordered), descriptorPath_, warnings_);
   }
   const std::vector<std::string>& warnings() const override { return warnings_; }
 

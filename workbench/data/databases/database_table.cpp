@@ -12,7 +12,7 @@ namespace {
 Outcome<Done> gather(DatabaseTable& table) {
   std::vector<std::size_t> all(table.source->columns().size());
   std::iota(all.begin(), all.end(), std::size_t{0});
-  const Outcome<std::unique_ptr<RowCursor>> cursor = table.source->open(all);
+  const Outcome<std::unique_ptr<RowCursor>> cursor = table.source->open(all, {});
   if (!cursor) return cursor.problem();
   CellBatch batch;
   table.cases = 0;

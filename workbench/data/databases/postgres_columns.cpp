@@ -73,16 +73,18 @@ std::string fetchedExpression(const PostgresColumn& column) {
 }
 
 // Keys that differ in blanks at their end only are told apart at last, so that there is one order.
-std::string orderedBy(const std::vector<PostgresColumn>& key) {
+std::string orderedBy(const std::vector<PostgresColumn>& key, KeyNulls nulls) {
+  const std::string_view place = nulls == KeyNulls::first ? " NULLS FIRST" : "";
   std::vector<std::string> columns;
   std::vector<std::string> wholeTexts;
   for (const PostgresColumn& column : key) {
     const std::string name = inRow(column);
     if (rowOf(column).kind != CellKind::text) {
-      columns.push_back(name);
+      columns.push_back(fmt::format("{}{}", name, place));
       continue;
     }
-    columns.push_back(fmt::format("pg_catalog.rtrim({}::pg_catalog.text, ' ') COLLATE pg_catalog.\"C\"", name));
+    columns.push_back(
+        fmt::format("pg_catalog.rtrim({}::pg_catalog.text, ' ') COLLATE pg_catalog.\"C\"{}", name, place));
     wholeTexts.push_back(fmt::format("{}::pg_catalog.text COLLATE pg_catalog.\"C\"", name));
   }
   columns.insert(columns.end(), wholeTexts.begin(), wholeTexts.end());

@@ -26,7 +26,9 @@ inline constexpr const char* postgresRow = "whole";
 std::string fetchedExpression(const PostgresColumn& column);
 
 // A list for ORDER BY that puts rows with these columns as their key into the order in which cases are sorted: numbers
-// and times by value, texts by their bytes with blanks at the end left out. Of a server whose texts are UTF-8.
-std::string orderedBy(const std::vector<PostgresColumn>& key);
+// and times by value, texts by their bytes with blanks at the end left out. Of a server whose texts are UTF-8. A key
+// without nulls may be ordered by the index that it has.
+enum class KeyNulls { none, first };
+std::string orderedBy(const std::vector<PostgresColumn>& key, KeyNulls nulls);
 
 }  // namespace workbench::data

@@ -41,7 +41,9 @@ class PostgresSource final : public RowSource {
     if (!rows) return inTable(rows.problem());
     return std::stoll(rows->front().front());
   }
-  Outcome<std::unique_ptr<RowCursor>> open(const std::vector<std::size_t>& columns) const override;
+  bool bringsIntoOrder() const override { return true; }
+  Outcome<std::unique_ptr<RowCursor>> open(const std::vector<std::size_t>& columns,
+                                           const std::vector<std::size_t>& orderedBy) const override;
 
   // What went wrong with the table, not with the whole database.
   Problem inTable(Problem problem) const {
@@ -65,7 +67,9 @@ class PostgresSource final : public RowSource {
     identity_ = fmt::format("{}|{}", database_->identity(), table_.id);
     return Done{};
   }
-  std::string query(const std::vector<std::size_t>& columns) const;
+  // What is to stand behind ORDER BY; empty: nothing.
+  std::string orderOf(const std::vector<std::size_t>& columns) const;
+  std::string query(const std::vector<std::size_t>& columns, const std::string& order) const;
 
   std::string path_;  // with hidden passwords
   std::shared_ptr<const PostgresDatabase> database_;
@@ -128,25 +132,33 @@ class PostgresCursor final : public RowCursor {
 // Rows have no order of their own on a server. Those of a table with a primary key come in its order, which is how
 // cases are sorted by it; of any other one as they lie there, whatever columns are read: not by an index that holds
 // these, nor by another plan of a view.
-std::string PostgresSource::query(const std::vector<std::size_t>& columns) const {
+std::string PostgresSource::orderOf(const std::vector<std::size_t>& columns) const {
+  if (columns.empty()) return orderedBy(key_, KeyNulls::none);
+  std::vector<PostgresColumn> key;
+  for (const std::size_t column : columns) key.push_back(columns_[column]);
+  return orderedBy(key, KeyNulls::first);
+}
+
+std::string PostgresSource::query(const std::vector<std::size_t>& columns, const std::string& order) const {
   std::vector<std::string> expressions;
   for (const std::size_t column : columns) expressions.push_back(fetchedExpression(columns_[column]));
   const bool isPartOfView = !table_.isStored && columns.size() < columns_.size();
   if (isPartOfView) expressions.push_back(fmt::format("pg_catalog.num_nulls({}.*)", postgresRow));
-  const std::string order = key_.empty() ? "" : " ORDER BY " + orderedBy(key_);
   return fmt::format("COPY (SELECT {} FROM {} AS {}{}) TO STDOUT", fmt::join(expressions, ", "), sqlNameOf(table_),
-                     postgresRow, order);
+                     postgresRow, order.empty() ? "" : " ORDER BY " + order);
 }
 
-Outcome<std::unique_ptr<RowCursor>> PostgresSource::open(const std::vector<std::size_t>& columns) const {
+Outcome<std::unique_ptr<RowCursor>> PostgresSource::open(const std::vector<std::size_t>& columns,
+                                                         const std::vector<std::size_t>& orderedBy) const {
+  const std::string order = orderOf(orderedBy);
   Outcome<std::unique_ptr<PostgresConnection>> connection = database_->connect();
   if (!connection) return connection.problem();
-  if (table_.isStored && key_.empty()) {
+  if (table_.isStored && order.empty()) {
     const Outcome<Done> set =
         (*connection)->run("SET enable_indexscan = off; SET enable_indexonlyscan = off; SET enable_bitmapscan = off");
     if (!set) return set.problem();
   }
-  if (const Outcome<Done> started = (*connection)->startCopy(query(columns)); !started)
+  if (const Outcome<Done> started = (*connection)->startCopy(query(columns, order)); !started)
     return inTable(started.problem());
   std::vector<KnownColumn> chosen;
   for (const std::size_t column : columns) chosen.push_back(known_[column]);

@@ -40,8 +40,12 @@ class RowSource {
   // The text of the resource that describes the table, where one is stored with it.
   virtual Outcome<std::optional<std::string>> resource() const = 0;
   virtual Outcome<std::int64_t> countRows() const = 0;
-  // Over these columns, one at least. Several cursors may be open at once. The source outlives them.
-  virtual Outcome<std::unique_ptr<RowCursor>> open(const std::vector<std::size_t>& columns) const = 0;
+  // Whether it can bring its rows into an order.
+  virtual bool bringsIntoOrder() const { return false; }
+  // Over these columns, one at least. Several cursors may be open at once. The source outlives them. Rows come in
+  // ascending order of other columns where some are named, if the source can do that.
+  virtual Outcome<std::unique_ptr<RowCursor>> open(const std::vector<std::size_t>& columns,
+                                                   const std::vector<std::size_t>& orderedBy) const = 0;
 };
 
 }  // namespace workbench::data

@@ -116,7 +116,8 @@ class SqliteSource final : public RowSource {
   const std::vector<KnownColumn>& columns() const override { return columns_; }
   Outcome<std::optional<std::string>> resource() const override;
   Outcome<std::int64_t> countRows() const override;
-  Outcome<std::unique_ptr<RowCursor>> open(const std::vector<std::size_t>& columns) const override;
+  Outcome<std::unique_ptr<RowCursor>> open(const std::vector<std::size_t>& columns,
+                                           const std::vector<std::size_t>& orderedBy) const override;
 
   // A file in whose place another one stands, or that somebody changed without asking SQLite.
   Outcome<Done> checkUnchanged() const {
@@ -212,7 +213,8 @@ class SqliteCursor final : public RowCursor {
   bool hasEnded_ = false;
 };
 
-Outcome<std::unique_ptr<RowCursor>> SqliteSource::open(const std::vector<std::size_t>& columns) const {
+Outcome<std::unique_ptr<RowCursor>> SqliteSource::open(const std::vector<std::size_t>& columns,
+                                                       const std::vector<std::size_t>& /*orderedBy*/) const {
   if (const Outcome<Done> unchanged = checkUnchanged(); !unchanged) return unchanged.problem();
   std::vector<std::string> names;
   std::vector<KnownColumn> chosen;

@@ -87,8 +87,15 @@ class ChangedFile final : public DataFile {
   std::string dictionaryFile() const override { return file_->dictionaryFile(); }
   std::vector<std::string> furtherFiles() const override { return file_->furtherFiles(); }
   std::optional<std::int64_t> caseCount() const override { return file_->caseCount(); }
-  bool isKnownIncreasing(std::int32_t variable) const override {
-    return file_->isKnownIncreasing(static_cast<std::int32_t>(columns_[static_cast<std::size_t>(variable)]));
+  bool isKnownIncreasing(std::int32_t variable) const override { return file_->isKnownIncreasing(ofFile(variable)); }
+  std::shared_ptr<const DataFile> broughtIntoOrder(const std::vector<std::int32_t>& variables) const override {
+    std::vector<std::int32_t> ofWhole;
+    for (const std::int32_t variable : variables) ofWhole.push_back(ofFile(variable));
+    std::shared_ptr<const DataFile> ordered = file_->broughtIntoOrder(ofWhole);
+    if (!ordered) return nullptr;
+    auto changed = std::make_shared<ChangedFile>(*this);
+    changed->file_ = std::move(ordered);
+    return changed;
   }
   const std::vector<std::string>& warnings() const override { return warnings_; }
 
@@ -96,8 +103,7 @@ class ChangedFile final : public DataFile {
     if (columns_.size() == whole().variables().size()) return file_->openReader(wanted);
     std::vector<std::int32_t> ofWhole;
     for (std::int32_t variable = 0; variable < dictionary_.size(); ++variable) {
-      if (wanted.has(variable))
-        ofWhole.push_back(static_cast<std::int32_t>(columns_[static_cast<std::size_t>(variable)]));
+      if (wanted.has(variable)) ofWhole.push_back(ofFile(variable));
     }
     return std::make_unique<KeptSlotsReader>(file_->openReader(VariableSubset(std::move(ofWhole))),
                                              CaseLayout(whole()).caseSlots, keptSlots(whole(), columns_));
@@ -105,6 +111,9 @@ class ChangedFile final : public DataFile {
 
  private:
   const Dictionary& whole() const { return file_->dictionary(); }
+  std::int32_t ofFile(std::int32_t variable) const {
+    return static_cast<std::int32_t>(columns_[static_cast<std::size_t>(variable)]);
+  }
 
   // The variable's index among those that are kept.
   std::optional<std::int32_t> kept(std::int32_t ofWhole) const {

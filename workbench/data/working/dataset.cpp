@@ -73,6 +73,15 @@ void Dataset::replaceCases(std::shared_ptr<const KeptCases> cases) {
   baseVariables_ = dictionary_.size();
 }
 
+std::shared_ptr<const DataFile> Dataset::fileInOrderOf(const std::vector<std::int32_t>& variables) const {
+  return file_ && columns_.empty() ? file_->broughtIntoOrder(variables) : nullptr;
+}
+
+std::shared_ptr<const DataFile> Dataset::replaceFile(std::shared_ptr<const DataFile> file) {
+  keyFindings_.reset();
+  return std::exchange(file_, std::move(file));
+}
+
 bool Dataset::isKnownIncreasing(std::int32_t variable) const {
   return file_ && variable < baseVariables_ && file_->isKnownIncreasing(variable);
 }

@@ -61,6 +61,11 @@ class Dataset {
   // Puts cases of all variables, base and added, in the place of what there was. Requires: they lie as layout() says.
   void replaceCases(std::shared_ptr<const KeptCases> cases);
   bool isKept() const { return kept_ != nullptr; }
+  // The file with its cases in ascending order of these base variables, as DataFile::broughtIntoOrder says; null: they
+  // are kept, or have added variables, or nobody can.
+  std::shared_ptr<const DataFile> fileInOrderOf(const std::vector<std::int32_t>& variables) const;
+  // Takes that file in the place of the one there was, and gives this.
+  std::shared_ptr<const DataFile> replaceFile(std::shared_ptr<const DataFile> file);
   // Whether the variable's values are known to increase from case to case, as DataFile::isKnownIncreasing says.
   bool isKnownIncreasing(std::int32_t variable) const;
 

@@ -1,7 +1,8 @@
 // Bringing the cases of a dataset into the order of some of its variables.
 //
 // Cases that are known or found to be in order stay where they are: looking costs no more than decoding the variables
-// that they are sorted by. Those that are not are read, sorted and kept, in memory or spilled (case_sorter.h). What is
+// that they are sorted by. A server that holds those that are not sorts them itself where there is only one order that
+// they can have. Others are read, sorted and kept, in memory or spilled (case_sorter.h). What is
 // found of the variables on the way, as keys of the cases, the dataset remembers.
 #pragma once
 

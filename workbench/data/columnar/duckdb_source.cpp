@@ -9,6 +9,7 @@
 
 #include "workbench/data/columnar/attached_database.h"
 #include "workbench/data/columnar/duckdb_tables.h"
+#include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/data/files/input_file.h"
 #include "workbench/data/files/table_choice.h"
@@ -36,9 +37,9 @@ class DuckDbSource final : public StoredSource {
     return fmt::format("{}|{}|{}|{}", stateOf(file_), stateOf(file_ + ".wal"), table_.schema, table_.name);
   }
   std::vector<std::string> files() const override { return {file_}; }
-  Outcome<std::optional<std::string>> resource() const override {
+  Outcome<std::optional<DescribedTable>> description() const override {
     const bool isResource = table_.comment.starts_with('{') && table_.comment.find("\"schema\"") != std::string::npos;
-    return isResource ? std::optional(table_.comment) : std::nullopt;
+    return describedByStored(isResource ? std::optional(table_.comment) : std::nullopt, path_);
   }
 
  private:

@@ -15,6 +15,7 @@
 #include "workbench/data/databases/database_file.h"
 #include "workbench/data/databases/sqlite_source.h"
 #include "workbench/data/databases/sqlite_table_writer.h"
+#include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
@@ -59,12 +60,19 @@ bool isTextDescribed(const std::string& path) {
   return description && *description && !(*description)->fields.empty();
 }
 
+bool isDescribed(const StoredSource& source) {
+  const Outcome<std::optional<DescribedTable>> description = source.description();
+  return description && *description;
+}
+bool isDescribed(const RowSource& source) {
+  const Outcome<std::optional<std::string>> resource = source.resource();
+  return resource && *resource;
+}
+
 template <auto open>
 bool isStoredDescribed(const std::string& path) {
   const auto source = open(path);
-  if (!source) return false;
-  const Outcome<std::optional<std::string>> resource = (*source)->resource();
-  return resource && *resource;
+  return source && isDescribed(**source);
 }
 
 constexpr auto parquetEndings = std::to_array<std::string_view>({".parquet"});
@@ -90,12 +98,21 @@ const DataKind* kindOfEnding(std::string_view name) {
                                       [&](std::string_view ending) { return hasEnding(plain, ending); });
     if (isOfKind) return &kind;
   }
-  return hasEnding(plain, "datapackage.json") ? &textKind : nullptr;
+  return nullptr;
+}
+
+// What the files of the resource are; where the package cannot tell, reading it as text tells why.
+const DataKind& kindOfPackage(const TableReference& package) {
+  const Outcome<DescribedTable> table = describedResource(package.file, package.table);
+  const bool isParquet = table && std::any_of(table->dataPaths.begin(), table->dataPaths.end(),
+                                              [](const std::string& path) { return isParquetName(path); });
+  return isParquet ? parquetKind : textKind;
 }
 
 }  // namespace
 
 Outcome<const DataKind*> dataKind(const std::string& path) {
+  if (const std::optional<TableReference> package = packageReference(path)) return &kindOfPackage(*package);
   // A name that ends as data do may have "#" in it; otherwise that parts the file from one of its tables.
   const TableReference reference = tableReference(path);
   for (const std::string& name : {path, reference.file}) {

@@ -226,7 +226,6 @@ Outcome<std::vector<std::string>> filesBelow(const std::string& folder) {
 }  // namespace
 
 bool isParquetFolder(const std::string& path) {
-  if (isInObjectStore(path)) return ParquetObject::open(path);
   std::error_code failure;
   if (!fs::is_directory(path, failure)) return false;
   const Outcome<std::vector<std::string>> files = filesBelow(path);

@@ -117,6 +117,7 @@ TEST(PostgresProblems, TellThatTheConnectionWasLostHalfWay) {
   });
   EXPECT_TRUE(has(message, "The connection to the database was lost: ")) << message;
   EXPECT_TRUE(has(message, "Try again when the server can be reached.")) << message;
+  EXPECT_TRUE(has(messageOf([&] { file->openReader(); }), "The connection to the database was lost: "));
   // What is opened from now on is opened anew.
   database.run("INSERT INTO t VALUES (0, 'y')");
   EXPECT_EQ(opened(database.reference("t"))->caseCount(), 100001);

@@ -37,8 +37,8 @@ class DuckDbSource final : public StoredSource {
     return fmt::format("{}|{}|{}|{}", stateOf(file_), stateOf(file_ + ".wal"), table_.schema, table_.name);
   }
   std::vector<std::string> files() const override { return {file_}; }
-  Outcome<std::optional<std::string>> resource() const override {
-    return isResource(table_.comment) ? std::optional(table_.comment) : std::nullopt;
+  Outcome<std::optional<DescribedTable>> description() const override {
+    return describedByStored(isResource(table_.comment) ? std::optional(table_.comment) : std::nullopt, path_);
   }
 
  private:

@@ -5,7 +5,6 @@
 
 #include "workbench/data/columnar/stored_case_reader.h"
 #include "workbench/data/columnar/stored_table.h"
-#include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/described_columns.h"
 
 namespace workbench::data {
@@ -84,9 +83,11 @@ class ExaminedStoredTable final : public ExaminedTable {
 
   Outcome<std::shared_ptr<const DataFile>> open(InferredTypes types) override {
     Dictionary dictionary = columns_.dictionaryOf(std::move(types));
+    std::vector<std::string> warnings = columns_.warnings();
+    for (std::string& warning : table_->source->warnings()) warnings.push_back(std::move(warning));
     auto dataset = std::make_shared<const StoredDataset>(table_, columns_.noValueTexts(), std::move(dictionary));
     return std::shared_ptr<const DataFile>(
-        std::make_shared<StoredFile>(std::move(dataset), columns_.descriptorPath(), columns_.warnings()));
+        std::make_shared<StoredFile>(std::move(dataset), columns_.descriptorPath(), std::move(warnings)));
   }
 
  private:
@@ -99,18 +100,12 @@ class ExaminedStoredTable final : public ExaminedTable {
 }  // namespace
 
 Outcome<std::unique_ptr<ExaminedTable>> examineStored(std::shared_ptr<const StoredSource> source) {
-  const Outcome<std::optional<std::string>> resource = source->resource();
-  if (!resource) return storedProblem(resource.problem(), *source);
-  std::optional<DescribedTable> description;
-  if (*resource) {
-    Outcome<DescribedTable> described = describedByResource(**resource, source->path());
-    if (!described) return described.problem();
-    description = std::move(*described);
-  }
+  Outcome<std::optional<DescribedTable>> description = source->description();
+  if (!description) return storedProblem(description.problem(), *source);
   Outcome<std::shared_ptr<const StoredTable>> table = outlineOf(std::move(source));
   if (!table) return table.problem();
   const std::string path = (*table)->source->path();
-  Outcome<DescribedColumns> columns = DescribedColumns::match(path, knownColumns(**table), std::move(description));
+  Outcome<DescribedColumns> columns = DescribedColumns::match(path, knownColumns(**table), std::move(*description));
   if (!columns) return columns.problem();
   const bool leavesNothingOpen = columns->saysAllOfValues();
   auto examined = std::make_unique<ExaminedStoredTable>(std::move(*table), std::move(*columns));

@@ -103,16 +103,10 @@ class ExaminedDatabaseTable final : public ExaminedTable {
 }  // namespace
 
 Outcome<std::unique_ptr<ExaminedTable>> examineDatabase(std::shared_ptr<const RowSource> source) {
-  const Outcome<std::optional<std::string>> resource = source->resource();
-  if (!resource) return resource.problem();
-  std::optional<DescribedTable> description;
-  if (*resource) {
-    Outcome<DescribedTable> described = describedByResource(**resource, source->path());
-    if (!described) return described.problem();
-    description = std::move(*described);
-  }
+  Outcome<std::optional<DescribedTable>> description = describedByStored(source->resource(), source->path());
+  if (!description) return description.problem();
   Outcome<DescribedColumns> columns =
-      DescribedColumns::match(source->path(), source->columns(), std::move(description));
+      DescribedColumns::match(source->path(), source->columns(), std::move(*description));
   if (!columns) return columns.problem();
   SharedDatabaseTable table = outlineOf(std::move(source));
   const bool leavesNothingOpen = columns->saysAllOfValues();

@@ -67,6 +67,13 @@ bool PostgresDatabase::isLost() const {
   return !connection_->run("SELECT 1");
 }
 
+// What an open transaction sees is gone when its connection is.
+Problem PostgresDatabase::problemBehind(const Problem& problem) const {
+  const std::lock_guard lock(mutex_);
+  const Outcome<Done> isThere = connection_->run("SELECT 1");
+  return isThere ? problem : isThere.problem();
+}
+
 Outcome<PostgresRows> PostgresDatabase::rows(const std::string& sql) const {
   const std::lock_guard lock(mutex_);
   return connection_->rows(sql);
@@ -77,7 +84,7 @@ Outcome<std::unique_ptr<PostgresConnection>> PostgresDatabase::connect() const {
   if (!connection) return connection;
   for (const std::string& statement :
        {std::string(beginReading), fmt::format("SET TRANSACTION SNAPSHOT {}", sqlText(snapshot_))}) {
-    if (const Outcome<Done> ran = (*connection)->run(statement); !ran) return ran.problem();
+    if (const Outcome<Done> ran = (*connection)->run(statement); !ran) return problemBehind(ran.problem());
   }
   return connection;
 }

@@ -34,6 +34,7 @@ class PostgresDatabase {
   PostgresDatabase() = default;
   Outcome<Done> begin();
   bool isLost() const;
+  Problem problemBehind(const Problem& problem) const;
 
   friend class OpenDatabases;
   std::string shown_;

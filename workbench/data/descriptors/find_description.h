@@ -25,5 +25,8 @@ bool isResource(std::string_view comment);
 
 // What a resource says whose text is stored with the data, in the file of that path.
 Outcome<DescribedTable> describedByResource(std::string_view resource, const std::string& dataPath);
+// The same of one that may be there.
+Outcome<std::optional<DescribedTable>> describedByStored(const Outcome<std::optional<std::string>>& resource,
+                                                         const std::string& dataPath);
 
 }  // namespace workbench::data

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "workbench/data/files/server_reference.h"
 
@@ -25,6 +26,15 @@ TableReference tableReference(std::string_view path) {
   }
   if (sign == std::string_view::npos) return {std::string(path), ""};
   return {std::string(path.substr(0, sign)), std::string(path.substr(sign + 1))};
+}
+
+std::optional<TableReference> packageReference(std::string_view path) {
+  constexpr std::string_view packageName = "datapackage.json";
+  TableReference reference = tableReference(path);
+  const std::string_view file = reference.file;
+  const std::size_t folderEnd = file.rfind('/');
+  const bool isPackage = file.substr(folderEnd == std::string_view::npos ? 0 : folderEnd + 1) == packageName;
+  return isPackage ? std::optional(std::move(reference)) : std::nullopt;
 }
 
 }  // namespace workbench::data

@@ -2,6 +2,7 @@
 // ("study.duckdb#visits").
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,8 @@ struct TableReference {
 // The signs in the name of a file that is there belong to its name; the first behind it parts the table. Of a reference
 // to a server (server_reference.h) the first behind the user's password.
 TableReference tableReference(std::string_view path);
+
+// A data package ("datapackage.json") and perhaps one of its resources; nothing when the path names other data.
+std::optional<TableReference> packageReference(std::string_view path);
 
 }  // namespace workbench::data

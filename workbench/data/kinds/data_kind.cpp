@@ -16,6 +16,7 @@
 #include "workbench/data/databases/postgres_source.h"
 #include "workbench/data/databases/sqlite_source.h"
 #include "workbench/data/databases/sqlite_table_writer.h"
+#include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
@@ -61,12 +62,19 @@ bool isTextDescribed(const std::string& path) {
   return description && *description && !(*description)->fields.empty();
 }
 
+bool isDescribed(const StoredSource& source) {
+  const Outcome<std::optional<DescribedTable>> description = source.description();
+  return description && *description;
+}
+bool isDescribed(const RowSource& source) {
+  const Outcome<std::optional<std::string>> resource = source.resource();
+  return resource && *resource;
+}
+
 template <auto open>
 bool isStoredDescribed(const std::string& path) {
   const auto source = open(path);
-  if (!source) return false;
-  const Outcome<std::optional<std::string>> resource = (*source)->resource();
-  return resource && *resource;
+  return source && isDescribed(**source);
 }
 
 constexpr auto parquetEndings = std::to_array<std::string_view>({".parquet"});
@@ -74,35 +82,20 @@ constexpr auto duckDbEndings = std::to_array<std::string_view>({".duckdb"});
 constexpr auto sqliteEndings = std::to_array<std::string_view>({".sqlite", ".sqlite3", ".db"});
 
 const auto kinds = std::to_array<DataKind>({
-    {"text file", fileEndings(), {}, &examineCsvFile, &createText, &isTextDescribed, true},
-    {"Parquet file",
-     parquetEndings,
-     {},
-     &examineOpened<&openParquet>,
-     &createParquetFile,
-     &isStoredDescribed<&openParquet>,
+    {"text file", fileEndings(), &examineCsvFile, &createText, &isTextDescribed, true},
+    {"Parquet file", parquetEndings, &examineOpened<&openParquet>, &createParquetFile, &isStoredDescribed<&openParquet>,
      false},
-    {"DuckDB database",
-     duckDbEndings,
-     {},
-     &examineOpened<&openDuckDbTable>,
-     &createDuckDbTable,
-     &isStoredDescribed<&openDuckDbTable>,
-     false},
-    {"SQLite database",
-     sqliteEndings,
-     {},
-     &examineOpened<&openSqliteTable>,
-     &createSqliteTable,
-     &isStoredDescribed<&openSqliteTable>,
-     false},
+    {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, &createDuckDbTable,
+     &isStoredDescribed<&openDuckDbTable>, false},
+    {"SQLite database", sqliteEndings, &examineOpened<&openSqliteTable>, &createSqliteTable,
+     &isStoredDescribed<&openSqliteTable>, false},
     {"PostgreSQL table",
      {},
-     postgresBeginnings,
      &examineOpened<&openPostgresTable>,
      nullptr,
      &isStoredDescribed<&openPostgresTable>,
-     false},
+     false,
+     postgresBeginnings},
 });
 const DataKind& textKind = kinds[0];
 const DataKind& parquetKind = kinds[1];
@@ -123,13 +116,22 @@ const DataKind* kindOfEnding(std::string_view name) {
                                       [&](std::string_view ending) { return hasEnding(plain, ending); });
     if (isOfKind) return &kind;
   }
-  return hasEnding(plain, "datapackage.json") ? &textKind : nullptr;
+  return nullptr;
+}
+
+// What the files of the resource are; where the package cannot tell, reading it as text tells why.
+const DataKind& kindOfPackage(const TableReference& package) {
+  const Outcome<DescribedTable> table = describedResource(package.file, package.table);
+  const bool isParquet = table && std::any_of(table->dataPaths.begin(), table->dataPaths.end(),
+                                              [](const std::string& path) { return isParquetName(path); });
+  return isParquet ? parquetKind : textKind;
 }
 
 }  // namespace
 
 Outcome<const DataKind*> dataKind(const std::string& path) {
   if (const DataKind* const kind = kindOfBeginning(path)) return kind;
+  if (const std::optional<TableReference> package = packageReference(path)) return &kindOfPackage(*package);
   // A name that ends as data do may have "#" in it; otherwise that parts the file from one of its tables.
   const TableReference reference = tableReference(path);
   for (const std::string& name : {path, reference.file}) {

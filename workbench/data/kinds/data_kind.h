@@ -15,9 +15,8 @@
 namespace workbench::data {
 
 struct DataKind {
-  std::string_view name;                         // "Parquet file"
-  std::span<const std::string_view> endings;     // of a name
-  std::span<const std::string_view> beginnings;  // of a reference to a server
+  std::string_view name;                      // "Parquet file"
+  std::span<const std::string_view> endings;  // of a name
   // Paths are as written, with "#table" perhaps.
   Outcome<std::unique_ptr<ExaminedTable>> (*examine)(const std::string& path);
   // Null: such data are only read. The password is empty for a file that is not to be protected.
@@ -27,6 +26,7 @@ struct DataKind {
   bool (*bringsDictionary)(const std::string& path);
   // Whether its dictionary is written into a file beside it.
   bool hasDictionaryBeside;
+  std::span<const std::string_view> beginnings = {};  // of references to a server
 };
 
 // The kind that the name's ending says, in any case, or the beginning of a reference to a server; a folder is of the

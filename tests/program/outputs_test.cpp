@@ -127,6 +127,25 @@ TEST(Outputs, NeverReplaceWhatIsRead) {
   EXPECT_EQ(files.folder.read("b.schema.json"), schema);
 }
 
+// A file that standard output is redirected to holds whatever goes there, in the order in which it came about.
+TEST(Outputs, OfTheJournalToAStreamStandBeforeTheResultsThatGoThereToo) {
+  const TwoFiles files;
+  const std::string run = "{ echo before; program --show-syntax --journal /dev/stdout -o /dev/stdout --format json; }";
+  EXPECT_EQ(files.shell(run + " >both"), 1);
+  const std::string both = files.folder.read("both");
+  const std::vector<std::string> inOrder = {
+      "before\nOPEN DATA",    "\nCOMPARE DATASETS\n",   "\n# COMPARE DATASETS\n",
+      "UniversalParser#1 = ", "\n~UniversalParser#1\n", "\"verdict\": \"different\""};
+  std::size_t at = 0;
+  for (const std::string& part : inOrder) {
+    at = both.find(part, at);
+    ASSERT_NE(at, std::string::npos) << part << " is not in its place in:\n" << both;
+  }
+  EXPECT_EQ(files.shell("program --journal /dev/stdout >alone; program --journal /dev/fd/3 3>third; "
+                        "program --journal plain; cmp alone plain && cmp third plain"),
+            0);
+}
+
 TEST(Outputs, NeverReplaceWhatAJobReadsOrSaves) {
   const TwoFiles files;
   const std::string job = "OPEN DATA FILE='a.csv'.\nSAVE DATA FILE='saved.csv'.\nOPEN DATA FILE='b.csv'.\n";

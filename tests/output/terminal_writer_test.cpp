@@ -270,7 +270,7 @@ TEST(TerminalWriter, ShortensLongBlocksOfRowsUnlessAllAreWanted) {
   const auto many = [](BpProcedure& procedure) { openManyValueLabels(procedure, 500); };
   const std::string shown = shownWith(+many, {.wording = english()});
   EXPECT_NE(shown.find("20     label 20\n"), std::string::npos) << shown;
-  EXPECT_NE(shown.find("\n          … 480 more\nsex "), std::string::npos) << shown;
+  EXPECT_NE(shown.find("\n          … 480 more (--full)\nsex "), std::string::npos) << shown;
   EXPECT_EQ(shown.find("label 21"), std::string::npos);
   const std::string full = shownWith(+many, {.wording = english(), .full = true});
   EXPECT_NE(full.find("500    label 500\n"), std::string::npos);
@@ -289,7 +289,7 @@ TEST(TerminalWriter, ShortensLongListsUnlessAllAreWanted) {
   BpError(list, BpErrorShow::results, BpErrorLevel::note);
   const Document document = command.intoDocument();
   const std::string shown = textOfDocument(document, {.wording = english(), .width = 0});
-  EXPECT_TRUE(shown.ends_with("v19, v20, … 12 more.\n")) << shown;
+  EXPECT_TRUE(shown.ends_with("v19, v20, … 12 more (--full).\n")) << shown;
   const std::string full = textOfDocument(document, {.wording = english(), .width = 0, .full = true});
   EXPECT_TRUE(full.ends_with("v31, v32.\n")) << full;
 }

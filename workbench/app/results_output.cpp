@@ -29,7 +29,8 @@ using output::OutputFormat;
 // Of a file or a pipe that nobody told the width of.
 constexpr int ordinaryWidth = 120;
 
-int terminalWidth() {
+// The columns of what the stream shows on.
+int terminalWidth(int descriptor) {
   if (const char* columns = std::getenv("COLUMNS")) {
     const std::string_view text(columns);
     int width = 0;
@@ -37,7 +38,7 @@ int terminalWidth() {
     if (error == std::errc() && end == text.data() + text.size() && width > 0) return width;
   }
   winsize window{};
-  if (isatty(STDOUT_FILENO) != 0 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 0) {
+  if (isatty(descriptor) != 0 && ioctl(descriptor, TIOCGWINSZ, &window) == 0 && window.ws_col > 0) {
     return window.ws_col;
   }
   return ordinaryWidth;
@@ -165,8 +166,10 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{
-      .wording = wording_, .width = ordinaryWidth, .color = showsColor(choice_, STDERR_FILENO), .full = choice_.full};
+  const output::TextOptions options{.wording = wording_,
+                                    .width = terminalWidth(STDERR_FILENO),
+                                    .color = showsColor(choice_, STDERR_FILENO),
+                                    .full = choice_.full};
   if (choice_.onlyTable && !choice_.quiet) warnOfMissingTable(document);
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
@@ -182,7 +185,7 @@ void ResultsOutput::warnOfMissingTable(const Document& document) const {
   const std::string missing = text::sentence("There is no table ^1 among the results.", {*choice_.onlyTable});
   const std::string there = text::sentence("There are: ^1.", {fmt::format("{}", fmt::join(keys, ", "))});
   output::writeMessage(std::cerr, output::hostMessage(BpErrorLevel::warning, missing + ' ' + there),
-                       {.wording = wording_, .width = ordinaryWidth});
+                       {.wording = wording_, .width = terminalWidth(STDERR_FILENO)});
 }
 
 Outcome<Done> ResultsOutput::write(Document& document) const {
@@ -195,7 +198,7 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   if (!toFile && choice_.quiet) return Done{};
   output::TextOptions options{
       .wording = wording_,
-      .width = toFile ? ordinaryWidth : terminalWidth(),
+      .width = toFile ? ordinaryWidth : terminalWidth(STDOUT_FILENO),
       .color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO),
       .full = choice_.full,
       .moment = moment_};

@@ -256,6 +256,9 @@ TEST(Outputs, ToAFullDeviceAreTrouble) {
   EXPECT_EQ(files.shell("program -o /dev/full --format json"), 2);
   EXPECT_EQ(files.shell("'" PROGRAM "' compare a.csv b.csv --id id > /dev/full"), 2);
   EXPECT_EQ(files.shell("program --journal /dev/full"), 2);
+  EXPECT_EQ(files.shell("program --show-syntax > /dev/full"), 2);
+  EXPECT_EQ(files.shell("'" PROGRAM "' --help > /dev/full"), 2);
+  EXPECT_EQ(files.shell("echo secret | XDG_CONFIG_HOME=. '" PROGRAM "' encode-password > /dev/full"), 2);
   fs::create_symlink("/dev/full", files.folder.path("m.csv"));
   EXPECT_EQ(files.shell("program --mismatched n.csv --matched m.csv"), 2);
   EXPECT_FALSE(files.folder.has("n.csv"));

@@ -78,6 +78,13 @@ Outcome<Done> checkOutputNames(const PasswordFiles& files, const std::vector<std
                  text::sentence("Leave the option out, or say what is to be saved.")};
 }
 
+// On standard output at once: the journal may go there as well.
+Outcome<Done> show(const std::string& words) {
+  std::cout << words << std::flush;
+  if (std::cout) return Done{};
+  return Problem{text::sentence("Standard output takes nothing more."), "", ""};
+}
+
 std::string namesOf(const std::vector<std::string>& names) {
   std::string list;
   for (const std::string& name : names) list += (list.empty() ? "" : " ") + quotedInJob(name);
@@ -96,7 +103,7 @@ Outcome<Job> jobOf(const CompareCommand& compare) {
   if (!compare.propertiesAreAsked && bothBringDictionaries()) request.properties = {"all"};
   if (compare.showSyntax) {
     request.passwords = hidden(*passwords);
-    std::cout << compareJob(request) << '\n' << std::flush;  // the journal may go there as well
+    if (auto shown = show(compareJob(request) + '\n'); !shown) return shown.problem();
   }
   request.passwords = *passwords;
   return Job{std::string_view(compareJob(request)), OnError::goOnToComparison};
@@ -201,8 +208,8 @@ int encodePassword() {
   if (const auto usable = data::checkPassword(*password); !usable) return fail(usable.problem());
   const auto encoded = encodedPassword(*password);
   if (!encoded) return fail(encoded.problem());
-  std::cout << *encoded << '\n';
-  return 0;
+  const auto shown = show(*encoded + '\n');
+  return shown ? 0 : fail(shown.problem());
 }
 
 // Requires: the command is none that only shows a text.
@@ -237,9 +244,9 @@ int runCommand(Session& session, const ProgramOptions& options) {
 }  // namespace
 
 int runProgram(ProgramOptions options) {
-  if (const auto* show = std::get_if<ShowText>(&options.command)) {
-    std::cout << show->text;
-    return 0;
+  if (const auto* help = std::get_if<ShowText>(&options.command)) {
+    const auto shown = show(help->text);
+    return shown ? 0 : fail(shown.problem());
   }
   Session session;
   session.wording = std::move(options.wording);

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "workbench/output/display_text.h"
 #include "workbench/runtime/current_run.h"
 
 namespace workbench::app {
@@ -14,6 +15,7 @@ namespace {
 // In English, where a test does not say otherwise: who runs it may speak another language.
 Outcome<ProgramOptions> read(std::vector<const char*> arguments) {
   if (std::getenv("LC_ALL") == nullptr) setenv("LC_ALL", "C", 1);
+  if (std::getenv("COLUMNS") == nullptr) setenv("COLUMNS", "1000", 1);  // and at no window of its own
   arguments.insert(arguments.begin(), "compare-datasets");
   return readCommandLine(static_cast<int>(arguments.size()), arguments.data());
 }
@@ -281,6 +283,30 @@ TEST(CommandLineWords, LeaveNothingEnglishInTheGermanHelpOfAnyCommand) {
     }
   }
   EXPECT_GT(described, 80U);
+}
+
+TEST(CommandLineWords, FitTheWindowInEveryHelp) {
+  for (const char* const columns : {"64", "80", "132"}) {
+    setenv("COLUMNS", columns, 1);
+    for (const char* const command : {"compare", "run", "describe", "convert", "sort", "encode-password"}) {
+      for (const char* const language : {"en", "de"}) {
+        std::istringstream lines(help({command, "--lang", language}));
+        for (std::string line; std::getline(lines, line);)
+          EXPECT_LE(output::displayWidth(line), std::atoi(columns)) << line;
+      }
+    }
+    std::istringstream lines(help({}));
+    for (std::string line; std::getline(lines, line);)
+      EXPECT_LE(output::displayWidth(line), std::atoi(columns)) << line;
+  }
+  setenv("COLUMNS", "80", 1);
+  const std::string shown = help({});
+  EXPECT_NE(shown.find("\n  encode-password             Read a password (from the terminal or standard\n"
+                       "                              input) and print what ENCRYPTEDPW=YES takes\n"),
+            std::string::npos)
+      << shown;
+  EXPECT_TRUE(help({"convert"}).starts_with("Copy a dataset, with its dictionary, into another data file\n"));
+  unsetenv("COLUMNS");
 }
 
 TEST(CommandLineWords, ShowNothingOfHowChoicesAreHeld) {

@@ -1,6 +1,7 @@
 #include "workbench/app/command_line.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -11,6 +12,7 @@
 
 #include "workbench/app/command_line_words.h"
 #include "workbench/app/spoken_language.h"
+#include "workbench/app/terminal_width.h"
 #include "workbench/app/version.h"
 
 namespace workbench::app {
@@ -286,7 +288,7 @@ Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* ar
     if (!wording) return wording.problem();
     const WordingInForce inForce(**wording);
     if (dynamic_cast<const CLI::CallForHelp*>(&error) == nullptr) return problemOf(program, error);
-    options.command = ShowText{helpOf(program)};
+    options.command = ShowText{helpOf(program, terminalWidth(STDOUT_FILENO))};
     return options;
   }
 

@@ -3,9 +3,11 @@
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
+#include "workbench/output/display_text.h"
 #include "workbench/output/formats.h"
 #include "workbench/text/nearest_word.h"
 #include "workbench/text/wording.h"
@@ -15,6 +17,12 @@ namespace workbench::app {
 namespace {
 
 using text::sentence;
+
+// The command that the arguments named; the program itself where they named none.
+const CLI::App& namedCommand(const CLI::App& program) {
+  const auto named = program.get_subcommands();
+  return named.empty() ? program : *named.back();
+}
 
 struct FormatNames {
   std::string byDefault;
@@ -30,18 +38,32 @@ FormatNames formatNames() {
   return names;
 }
 
-// One description has places for the names of the formats.
-void translate(CLI::App& command, const FormatNames& formats) {
+constexpr int narrowestDescription = 20;
+
+// In lines that fit beside what stands before them.
+std::string wrapped(const std::string& text, std::optional<int> width, std::size_t before) {
+  if (!width) return text;
+  const int room = std::max(*width - static_cast<int>(before), narrowestDescription);
+  return fmt::format("{}", fmt::join(output::wrapped(text, room), "\n"));
+}
+
+// A command says of itself what its parent's list of commands says of it. One description has places for the names of
+// the formats.
+void translate(CLI::App& command, const CLI::App& shown, std::optional<int> width, const FormatNames& formats) {
   CLI::FormatterBase& formatter = *command.get_formatter();
-  command.description(sentence(command.get_description()));
-  command.footer(sentence(command.get_footer()));
+  const std::size_t column = formatter.get_column_width();
+  command.description(wrapped(sentence(command.get_description()), width, &command == &shown ? 0 : column));
+  command.footer(wrapped(sentence(command.get_footer()), width, 0));
   command.group(sentence(command.get_group()));
   for (CLI::Option* option : command.get_options()) {
-    option->description(sentence(option->get_description(), {formats.byDefault, formats.others}));
+    const std::string description = sentence(option->get_description(), {formats.byDefault, formats.others});
+    option->description(wrapped(description, width, column));
     option->group(sentence(option->get_group()));
     formatter.label(option->get_type_name(), sentence(option->get_type_name()));
   }
-  for (CLI::App* below : command.get_subcommands([](const CLI::App*) { return true; })) translate(*below, formats);
+  for (CLI::App* below : command.get_subcommands([](const CLI::App*) { return true; })) {
+    translate(*below, shown, width, formats);
+  }
 }
 
 // The library's words for what it found, and where in them the names are that it found it of.
@@ -57,12 +79,6 @@ std::string before(std::string_view part, const std::string& text) { return text
 std::string behind(std::string_view part, const std::string& text) {
   const std::size_t found = text.find(part);
   return found == std::string::npos ? std::string() : text.substr(found + part.size());
-}
-
-// The command that the arguments named; the program itself where they named none.
-const CLI::App& namedCommand(const CLI::App& program) {
-  const auto named = program.get_subcommands();
-  return named.empty() ? program : *named.back();
 }
 
 // An option of the named command, or of the program before it.
@@ -94,8 +110,8 @@ std::string lackOfCommand(const CLI::App& program) {
 
 }  // namespace
 
-std::string helpOf(CLI::App& program) {
-  translate(program, formatNames());
+std::string helpOf(CLI::App& program, std::optional<int> width) {
+  translate(program, namedCommand(program), width, formatNames());
   CLI::FormatterBase& formatter = *program.get_formatter();
   formatter.label("Usage", sentence("Usage"));
   formatter.label("OPTIONS", sentence("OPTIONS"));

@@ -4,6 +4,7 @@
 // nothing loads no wording.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "workbench/runtime/outcome.h"
@@ -15,8 +16,9 @@ class ParseError;
 
 namespace workbench::app {
 
-// Of the command that the arguments named, or of the program where they named none. The descriptions are replaced.
-std::string helpOf(CLI::App& program);
+// Of the command that the arguments named, or of the program where they named none. Descriptions are wrapped to fit
+// into that many columns, where a width is given. What the program says of its options is replaced.
+std::string helpOf(CLI::App& program, std::optional<int> width);
 
 // What stands wrong. Requires: the error is one of the program's parse, and not a call for help or for the version.
 Problem problemOf(const CLI::App& program, const CLI::ParseError& error);

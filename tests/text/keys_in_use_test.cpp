@@ -72,6 +72,8 @@ const std::set<std::string> saidToNobody = {
     "--format csv",  // what is written so in every language
     " ...",
     "^1",
+    "^1 ^2",
+    "^1 (^2)",
     "^1 - ^2",
     "^1 - ^2, ^3",
     "[%1:, ^1:]1",

@@ -5,7 +5,7 @@ build_packages=(
   libicu-dev icu-devtools libfmt-dev nlohmann-json3-dev libcli11-dev
   libxlsxwriter-dev
   librapidcheck-dev libgtest-dev libgmock-dev libbenchmark-dev libvalijson-dev zlib1g-dev libzstd-dev
-  librnp-dev libsodium-dev libsimdjson-dev gnupg valgrind
+  librnp-dev libsodium-dev libsimdjson-dev libsqlite3-dev gnupg valgrind
 )
 test_packages=(libreoffice-calc-nogui locales iso-codes tzdata r-base-core)
 check_packages=(clang-format-19 clang-tidy-19)

@@ -203,15 +203,15 @@ bool sortCases(const Surroundings& at) {
   return settleSort(at, nameOfActive(at), *dataset, request, result) && isOtherSorted;
 }
 
-// Tells what is to be known of a dataset's keys. False, after a refusal, when that cannot be found out.
-bool tellKeys(const Surroundings& at, const std::string& name, Dataset& dataset, const data::SortRequest& request) {
-  const auto findings = data::checkKeys(dataset, request);
+// Tells what was found of a dataset's keys. False, after a refusal, when that could not be found out.
+bool tellKeys(const Surroundings& at, const std::string& name, const data::SortTask& task,
+              const Outcome<data::KeyFindings>& findings) {
   if (!findings) {
     Problem problem = findings.problem();
     problem.where = name;
     return at.run.refuse(problem);
   }
-  for (output::Text& note : keyNotes({name, dataset, request.by}, *findings)) {
+  for (output::Text& note : keyNotes({name, task.dataset, task.request.by}, *findings)) {
     at.run.say(BpErrorLevel::note, std::move(note));
   }
   return true;
@@ -232,8 +232,11 @@ bool checkDatasets(const Surroundings& at) {
   request.by = at.keywords.names("KEYS");
   data::SortRequest otherRequest = request;
   otherRequest.cutWidths = widthsIn(*dataset, request.by);
-  const bool isActiveTold = tellKeys(at, nameOfActive(at), *dataset, request);
-  return tellKeys(at, otherName, *other, otherRequest) && isActiveTold;
+  const data::SortTask own{*dataset, request};
+  const data::SortTask others{*other, otherRequest};
+  const auto [findings, otherFindings] = data::checkBoth(own, others);
+  const bool isActiveTold = tellKeys(at, nameOfActive(at), own, findings);
+  return tellKeys(at, otherName, others, otherFindings) && isActiveTold;
 }
 
 bool filterCases(const Surroundings& at) {

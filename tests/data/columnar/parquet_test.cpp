@@ -5,39 +5,18 @@
 #include "host/messages.h"
 #include "tests/data/columnar/stored_fixture.h"
 #include "tests/data/descriptors/kept_dictionary.h"
+#include "tests/data/files/writing_fixture.h"
 
 namespace workbench::data {
 namespace {
 
-// Copies all cases of one data file into another.
-void convert(const std::string& from, const std::string& to) {
-  const SharedFile file = opened(from);
-  ASSERT_NE(file, nullptr);
-  auto writer = createDataFile(to, file->dictionary(), "");
-  ASSERT_TRUE(writer) << writer.problem().text();
-  const auto reader = file->openReader();
-  CaseBlock block(CaseLayout(file->dictionary()).caseSlots);
-  for (reader->fill(block); block.cases() != 0; reader->fill(block)) {
-    (*writer)->append(block.begin(), block.cases(), block.caseSlots());
-  }
-  (*writer)->complete();
-  (*writer)->commit();
-}
-
 TEST(Parquet, HoldsTheSameCasesAsTheTextFileItWasMadeFrom) {
   const TestFolder folder;
-  std::string text = "id,n,x,s,d,t,m\n";
-  for (int row = 0; row < 5000; ++row) {
-    text += row % 7 == 0
-                ? fmt::format("{},,,,,,\n", row)
-                : fmt::format("{},{},{},name{},2026-01-{:02},10:{:02}:30.25,2026-01-{:02}T00:00:{:02}\n", row,
-                              row % 100 - 50, row * 0.25, row % 13, row % 28 + 1, row % 60, row % 28 + 1, row % 60);
-  }
-  const std::string csv = folder.write("a.csv", text);
-  convert(csv, folder.path("a.parquet"));
+  const std::string csv = mixedTextFile(folder);
+  copyCases(csv, folder.path("a.parquet"));
   EXPECT_EQ(types(opened(folder.path("a.parquet"))), types(opened(csv)));
   EXPECT_EQ(casesOf(*opened(folder.path("a.parquet"))), casesOf(*opened(csv)));
-  convert(folder.path("a.parquet"), folder.path("b.csv"));
+  copyCases(folder.path("a.parquet"), folder.path("b.csv"));
   EXPECT_EQ(casesOf(*opened(folder.path("b.csv"))), casesOf(*opened(csv)));
 }
 

@@ -142,8 +142,9 @@ TEST(Resource, IsUtf8UnlessItSaysOtherwise) {
 TEST(Resource, RefusesWhatIsNoTextTable) {
   EXPECT_EQ(packageProblem(R"("path": "people.csv", "type": "json")"),
             "/type: \"type\" is \"json\", and has to be \"table\". Write this word.");
-  EXPECT_EQ(packageProblem(R"("path": "people.xlsx", "format": "xlsx")"),
-            "/format: \"format\" is \"xlsx\", and only text tables are read. Convert the file to \"csv\".");
+  EXPECT_EQ(
+      packageProblem(R"("path": "people.xlsx", "format": "xlsx")"),
+      "/format: \"format\" is \"xlsx\", and only text tables and Parquet files are read. Convert the file to \"csv\".");
   EXPECT_EQ(packageProblem(R"("path": "people.csv.zip", "compression": "zip")"),
             "/compression: \"compression\" is \"zip\", and archives are not read. Pack the file with gzip instead.");
   EXPECT_TRUE(beginsWith(packageProblem(R"("path": "people.csv", "compression": "gzip")"), "/compression:"));

@@ -47,7 +47,8 @@ TEST(CsvProblem, NamesAFileThatMayNotBeRead) {
 TEST(CsvProblem, NamesTheEndingsThatAreKnown) {
   EXPECT_EQ(problemOfText("x", "a.xyz"),
             "a.xyz: The ending of the name is none of a data file. Use one of these: .csv, .tsv, .csv.gz, .tsv.gz, "
-            ".csv.zst, .tsv.zst, .jsonl, .ndjson, .jsonl.gz, .ndjson.gz, .jsonl.zst, .ndjson.zst, .parquet, .duckdb.");
+            ".csv.zst, .tsv.zst, .jsonl, .ndjson, .jsonl.gz, .ndjson.gz, .jsonl.zst, .ndjson.zst, .parquet, .duckdb, "
+            ".sqlite, .sqlite3, .db.");
 }
 
 TEST(CsvProblem, RefusesAPasswordForAPlainFile) {

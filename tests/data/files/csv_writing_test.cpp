@@ -292,7 +292,8 @@ TEST(CsvWriting, SaysWhyAFileCannotBeCreated) {
   EXPECT_EQ(creationProblem(folder, "folder.csv", dictionary), "folder.csv: This is a folder. Name a file in it.");
   EXPECT_EQ(creationProblem(folder, "a.txt", dictionary),
             "a.txt: The ending of the name is none of a data file. Use one of these: .csv, .tsv, .csv.gz, .tsv.gz, "
-            ".csv.zst, .tsv.zst, .jsonl, .ndjson, .jsonl.gz, .ndjson.gz, .jsonl.zst, .ndjson.zst, .parquet.");
+            ".csv.zst, .tsv.zst, .jsonl, .ndjson, .jsonl.gz, .ndjson.gz, .jsonl.zst, .ndjson.zst, .parquet, .duckdb, "
+            ".sqlite, .sqlite3, .db.");
   EXPECT_EQ(
       creationProblem(folder, "a.csv", dictionary, "secret"),
       "a.csv: The file is to be protected by a password, and its name does not say so. Let the name end in .pgp, as "

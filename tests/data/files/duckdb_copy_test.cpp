@@ -30,13 +30,13 @@ std::unique_ptr<DuckDbCopy> started(const std::string& path, std::string_view op
 }
 
 void addRow(DuckDbCopy& copy, int row) {
-  copy.setText(0, fmt::to_string(row));
+  copy.rows().setText(0, fmt::to_string(row));
   if (row % 3 == 0) {
-    copy.setMissing(1);
+    copy.rows().setMissing(1);
   } else {
-    copy.setText(1, fmt::format("a text that is longer than twelve bytes: {}", row));
+    copy.rows().setText(1, fmt::format("a text that is longer than twelve bytes: {}", row));
   }
-  copy.endRow();
+  copy.rows().endRow();
 }
 
 std::string expectedLines(int rows) {

@@ -9,26 +9,21 @@
 
 #include "host/messages.h"
 #include "tests/data/working/fakes.h"
+#include "tests/data/working/sort_fixture.h"
 #include "tests/data/working/spills.h"
-#include "workbench/data/working/sort.h"
 
 namespace workbench::data {
 namespace {
 
+using testing::by;
 using testing::casesOf;
 using testing::data;
 using testing::keptDataset;
+using testing::keysOf;
 using testing::MemoryFile;
 using testing::MemoryLimitScope;
 using testing::missing;
 using testing::SpillFolder;
-
-SortRequest by(std::vector<std::string> names, SortPolicy policy = SortPolicy::whenNeeded) {
-  SortRequest request;
-  request.by = std::move(names);
-  request.policy = policy;
-  return request;
-}
 
 std::string textOf(const KeyValues& values) {
   std::string all;
@@ -55,7 +50,7 @@ std::string shown(const KeyFindings& found) {
 }
 
 std::string foundIn(Dataset& dataset, const SortRequest& request) {
-  const auto found = checkKeys(dataset, request);
+  const auto found = keysOf(dataset, request);
   return found ? shown(*found) : found.problem().text();
 }
 
@@ -106,7 +101,7 @@ TEST(KeyCheck, TellsAfterASortWhatItFoundInRowsAsTheyLayBefore) {
   Dataset dataset(file);
   ASSERT_TRUE(sortCases(dataset, by({"k"})));
   EXPECT_EQ(foundIn(dataset, by({"k"})), "2 keys in 4 cases, 2 (2) in rows 2 6; 1 missing from row 4");
-  EXPECT_TRUE(checkKeys(dataset, by({"k"}))->wasSorted);
+  EXPECT_TRUE(keysOf(dataset, by({"k"}))->wasSorted);
   EXPECT_EQ(foundIn(dataset, by({"n"})), "disorder 1>2") << "other keys are looked at for themselves";
 }
 
@@ -117,7 +112,7 @@ TEST(KeyCheck, ReadsNothingOnceMore) {
   EXPECT_EQ(file->passes, 1);
   EXPECT_EQ(foundIn(dataset, by({"k"})), "1 keys in 2 cases, 1 (2) in rows 1 2");
   EXPECT_EQ(file->passes, 1);
-  EXPECT_FALSE(checkKeys(dataset, by({"k"}))->wasSorted);
+  EXPECT_FALSE(keysOf(dataset, by({"k"}))->wasSorted);
 }
 
 TEST(KeyCheck, ReadsNothingWhereTheKeyIsKnownToIncreaseUnlessValuesAreDeclaredMissing) {
@@ -129,6 +124,17 @@ TEST(KeyCheck, ReadsNothingWhereTheKeyIsKnownToIncreaseUnlessValuesAreDeclaredMi
   dataset.dictionary().at(0).missing.code = 1;
   dataset.dictionary().at(0).missing.values[0].number = 9;
   EXPECT_EQ(foundIn(dataset, by({"k"})), "; 1 missing from row 3");
+}
+
+TEST(KeyCheck, OfTwoDatasetsFindsForEachWhatIsItsOwn) {
+  const auto first = keptDataset(data().numeric("k", {1, 1, 2}));
+  const auto second = keptDataset(data().numeric("k", {1, missing, 2}));
+  const auto [findings, otherFindings] = checkBoth({*first, by({"k"})}, {*second, by({"k"})});
+  EXPECT_EQ(shown(*findings), "1 keys in 2 cases, 1 (2) in rows 1 2");
+  EXPECT_EQ(shown(*otherFindings), "disorder 1>2");
+  const auto [failed, sound] = checkBoth({*first, by({"y"})}, {*second, by({"k"})});
+  EXPECT_EQ(failed.problem().text(), "The dataset has no variable y.");
+  EXPECT_EQ(shown(*sound), "disorder 1>2");
 }
 
 TEST(KeyCheck, RefusesAVariableThatIsNotThere) {
@@ -161,7 +167,7 @@ RC_GTEST_PROP(KeyCheck, CountsAsACountByHandDoes, ()) {
   const SpillFolder folder;
   const MemoryLimitScope limit(*rc::gen::element<std::size_t>(0, std::size_t{1} << 30));
   RC_ASSERT(static_cast<bool>(sortCases(dataset, request)));
-  const auto found = checkKeys(dataset, request);
+  const auto found = keysOf(dataset, request);
   RC_ASSERT(found->repeated.keys == keys);
   RC_ASSERT(found->repeated.cases == casesOfThem);
   RC_ASSERT(found->missing == missingCases);

@@ -9,28 +9,24 @@
 #include "host/messages.h"
 #include "host/runtime.h"
 #include "tests/data/working/fakes.h"
+#include "tests/data/working/sort_fixture.h"
 #include "workbench/data/working/dataset_roles.h"
 #include "workbench/data/working/sort_order.h"
 
 namespace workbench::data {
 namespace {
 
+using testing::alwaysBy;
+using testing::by;
 using testing::casesOf;
 using testing::data;
 using testing::keptDataset;
 using testing::MemoryFile;
 using testing::missing;
 
-SortRequest by(std::vector<std::string> names, SortPolicy policy = SortPolicy::always) {
-  SortRequest request;
-  request.by = std::move(names);
-  request.policy = policy;
-  return request;
-}
-
 TEST(Sort, OrdersNumbersAscendingWithTheMissingValueLowest) {
   const auto dataset = keptDataset(data().numeric("x", {3, -1, missing, 0.0, -0.0, 2}));
-  const auto result = sortCases(*dataset, by({"X"}));
+  const auto result = sortCases(*dataset, alwaysBy({"X"}));
   ASSERT_TRUE(result);
   EXPECT_EQ(casesOf(*dataset), ". -1 -0 0 2 3");
   EXPECT_TRUE(result->reordered);
@@ -39,19 +35,19 @@ TEST(Sort, OrdersNumbersAscendingWithTheMissingValueLowest) {
 
 TEST(Sort, KeepsTheOrderOfCasesWithEqualKeys) {
   const auto dataset = keptDataset(data().numeric("k", {2, 1, 2, 1}).numeric("n", {1, 2, 3, 4}));
-  ASSERT_TRUE(sortCases(*dataset, by({"k"})));
+  ASSERT_TRUE(sortCases(*dataset, alwaysBy({"k"})));
   EXPECT_EQ(casesOf(*dataset), "1,2 1,4 2,1 2,3");
 }
 
 TEST(Sort, OrdersStringsByTheirBytesWithoutBlanksAtTheEnd) {
   const auto dataset = keptDataset(data().text("t", 10, {"b", "", "a b", "a", "B", "ab", "a\x01"}));
-  ASSERT_TRUE(sortCases(*dataset, by({"t"})));
+  ASSERT_TRUE(sortCases(*dataset, alwaysBy({"t"})));
   EXPECT_EQ(casesOf(*dataset), " B a a\x01 a b ab b");
 }
 
 TEST(Sort, CutsStringsToTheGivenWidth) {
   const auto dataset = keptDataset(data().text("t", 4, {"abz", "aba", "aa"}));
-  auto request = by({"t"});
+  auto request = alwaysBy({"t"});
   request.cutWidths = {2};
   ASSERT_TRUE(sortCases(*dataset, request));
   EXPECT_EQ(casesOf(*dataset), "aa abz aba") << "the third byte does not count";
@@ -65,7 +61,7 @@ TEST(Sort, NamesTheFirstTwoRowsOutOfOrder) {
       std::make_shared<MemoryFile>(data().numeric("k", {1, 2, 2, 1, 0}).text("t", 3, {"a", "b", "a", "c", "d"}));
   file->casesPerBlock = 2;
   Dataset dataset(file);
-  const auto result = sortCases(dataset, by({"k", "t"}, SortPolicy::whenNeeded));
+  const auto result = sortCases(dataset, by({"k", "t"}));
   ASSERT_TRUE(result && result->firstOutOfOrder);
   EXPECT_EQ(result->firstOutOfOrder->first.number, 2);
   EXPECT_EQ(result->firstOutOfOrder->first.keys, (KeyValues{2.0, "b"}));
@@ -77,7 +73,7 @@ TEST(Sort, NamesTheFirstTwoRowsOutOfOrder) {
 TEST(Sort, LeavesAnOrderedDatasetInItsFile) {
   auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}).text("t", 8, {"a", "b", "c"}));
   Dataset dataset(file);
-  const auto result = sortCases(dataset, by({"x"}, SortPolicy::whenNeeded));
+  const auto result = sortCases(dataset, by({"x"}));
   ASSERT_TRUE(result);
   EXPECT_FALSE(result->reordered);
   EXPECT_FALSE(result->firstOutOfOrder);
@@ -90,7 +86,7 @@ TEST(Sort, LeavesAnOrderedDatasetInItsFile) {
 TEST(Sort, KeepsAnOrderedDatasetWhenItIsToBeSortedAnyway) {
   auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3}));
   Dataset dataset(file);
-  const auto result = sortCases(dataset, by({"x"}));
+  const auto result = sortCases(dataset, alwaysBy({"x"}));
   ASSERT_TRUE(result);
   EXPECT_FALSE(result->reordered);
   EXPECT_EQ(casesOf(dataset), "1 2 3");
@@ -101,7 +97,7 @@ TEST(Sort, ReadsAgainWhenDisorderTurnsUpLate) {
   auto file = std::make_shared<MemoryFile>(data().numeric("x", {1, 2, 3, 4, 0}));
   file->casesPerBlock = 1;
   Dataset dataset(file);
-  ASSERT_TRUE(sortCases(dataset, by({"x"}, SortPolicy::whenNeeded)));
+  ASSERT_TRUE(sortCases(dataset, by({"x"})));
   EXPECT_EQ(casesOf(dataset), "0 1 2 3 4");
   EXPECT_EQ(file->passes, 2);
 }
@@ -126,10 +122,10 @@ TEST(Sort, LooksForItselfWhereTheKnownOrderIsNotTheOneAskedFor) {
   auto file = std::make_shared<MemoryFile>(data().numeric("x", {2, 1}).text("t", 4, {"a\x01", "a b"}));
   file->increasing = 1;
   Dataset dataset(file);
-  ASSERT_TRUE(sortCases(dataset, by({"x"}, SortPolicy::whenNeeded)));
+  ASSERT_TRUE(sortCases(dataset, by({"x"})));
   EXPECT_EQ(casesOf(dataset), "1,a b 2,a\x01") << "another variable comes first";
 
-  auto cut = by({"t"}, SortPolicy::whenNeeded);
+  auto cut = by({"t"});
   cut.cutWidths = {2};
   dataset = Dataset(file);
   ASSERT_TRUE(sortCases(dataset, cut));
@@ -139,7 +135,7 @@ TEST(Sort, LooksForItselfWhereTheKnownOrderIsNotTheOneAskedFor) {
   file->increasing = 0;
   dataset = Dataset(file);
   currentRun().settings.collation = "de";
-  ASSERT_TRUE(sortCases(dataset, by({"t"}, SortPolicy::whenNeeded)));
+  ASSERT_TRUE(sortCases(dataset, by({"t"})));
   EXPECT_EQ(casesOf(dataset), "a B");
 }
 
@@ -153,7 +149,7 @@ TEST(Sort, TakesAddedVariablesAlong) {
     const auto cases = active.CreateCaseIterator(IteratorOptions::standard);
     while (cases->NextCase()) cases->GetObsPointer(flag)->number = -cases->GetObsPointer(0)->number;
   }
-  ASSERT_TRUE(sortCases(*dataset, by({"flag"})));
+  ASSERT_TRUE(sortCases(*dataset, alwaysBy({"flag"})));
   EXPECT_EQ(casesOf(*dataset), "3,-3 2,-2 1,-1");
   EXPECT_TRUE(dataset->hasUnsavedVariables());
 }
@@ -161,19 +157,19 @@ TEST(Sort, TakesAddedVariablesAlong) {
 TEST(Sort, FollowsTheCollationThatIsSet) {
   const testing::RunScope run;
   const auto dataset = keptDataset(data().text("t", 8, {"Zebra", "apfel", "Öl", "Apfel", "oel"}));
-  ASSERT_TRUE(sortCases(*dataset, by({"t"})));
+  ASSERT_TRUE(sortCases(*dataset, alwaysBy({"t"})));
   EXPECT_EQ(casesOf(*dataset), "Apfel Zebra apfel oel Öl");
   currentRun().settings.collation = "de";
-  ASSERT_TRUE(sortCases(*dataset, by({"t"})));
+  ASSERT_TRUE(sortCases(*dataset, alwaysBy({"t"})));
   EXPECT_EQ(casesOf(*dataset), "apfel Apfel oel Öl Zebra");
 }
 
 TEST(Sort, RefusesAVariableThatIsNotThere) {
   const auto dataset = keptDataset(data().numeric("x", {1}));
-  const auto result = sortCases(*dataset, by({"y"}));
+  const auto result = sortCases(*dataset, alwaysBy({"y"}));
   ASSERT_FALSE(result);
   EXPECT_EQ(result.problem().text(), "The dataset has no variable y.");
-  EXPECT_FALSE(sortCases(*dataset, by({})));
+  EXPECT_FALSE(sortCases(*dataset, alwaysBy({})));
 }
 
 TEST(Sort, LeavesADatasetThatCannotBeReadAsItWas) {
@@ -184,7 +180,7 @@ TEST(Sort, LeavesADatasetThatCannotBeReadAsItWas) {
     if (fails && row == 1) throw ErrorText("Line 3 cannot be read.");
   };
   Dataset dataset(file);
-  const auto result = sortCases(dataset, by({"x"}));
+  const auto result = sortCases(dataset, alwaysBy({"x"}));
   ASSERT_FALSE(result);
   EXPECT_EQ(result.problem().text(), "Line 3 cannot be read.");
   fails = false;
@@ -193,7 +189,7 @@ TEST(Sort, LeavesADatasetThatCannotBeReadAsItWas) {
 
 TEST(Sort, OfNoCasesIsInOrder) {
   const auto dataset = keptDataset(data().numeric("x", {}));
-  const auto result = sortCases(*dataset, by({"x"}));
+  const auto result = sortCases(*dataset, alwaysBy({"x"}));
   ASSERT_TRUE(result);
   EXPECT_EQ(result->cases, 0);
   EXPECT_FALSE(result->reordered);
@@ -257,7 +253,7 @@ void agreesWithStableSort() {
   const auto cut = *rc::gen::inRange<std::size_t>(1, 11);
   const bool numberFirst = *rc::gen::arbitrary<bool>();
   const auto dataset = keptDataset(dataOf(rows));
-  auto request = numberFirst ? by({"n", "t"}) : by({"t", "n"});
+  auto request = numberFirst ? alwaysBy({"n", "t"}) : alwaysBy({"t", "n"});
   request.cutWidths = numberFirst ? std::vector<std::size_t>{0, cut} : std::vector<std::size_t>{cut, 0};
   request.policy = *rc::gen::element(SortPolicy::always, SortPolicy::whenNeeded);
   const auto result = sortCases(*dataset, request);
@@ -314,7 +310,7 @@ void neverDisagreesWithAWalk() {
   const auto cut = *rc::gen::inRange<std::size_t>(1, 11);
   DatasetSource view(dataset, SourceKind::readOnlyView);
   const bool walkedInOrder = walkFindsOrder(view, cut);
-  auto request = by({"t", "n"}, SortPolicy::whenNeeded);
+  auto request = by({"t", "n"});
   request.cutWidths = {cut, 0};
   const auto result = sortCases(*dataset, request);
   RC_ASSERT(static_cast<bool>(result));

@@ -7,6 +7,7 @@
 
 #include "host/messages.h"
 #include "tests/data/working/outputs_fixture.h"
+#include "tests/data/working/sort_fixture.h"
 #include "tests/data/working/spills.h"
 #include "workbench/data/working/open_dataset.h"
 #include "workbench/data/working/save.h"
@@ -15,6 +16,7 @@
 namespace workbench::data {
 namespace {
 
+using testing::by;
 using testing::casesOf;
 using testing::data;
 using testing::MemoryFile;
@@ -37,13 +39,6 @@ std::shared_ptr<MemoryFile> shuffledFile() {
   std::iota(original.begin(), original.end(), 0.0);
   return std::make_shared<MemoryFile>(
       data().numeric("x", shuffled()).numeric("original", original).numeric("y", original));
-}
-
-SortRequest by(std::vector<std::string> names, SortPolicy policy = SortPolicy::whenNeeded) {
-  SortRequest request;
-  request.by = std::move(names);
-  request.policy = policy;
-  return request;
 }
 
 // Expects the values of a variable to be the numbers from 0 on.

@@ -2,18 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <utility>
 #include <vector>
 
 #include "workbench/data/cells/system_missing.h"
-#include "workbench/data/columnar/parquet_source.h"
 #include "workbench/data/columnar/stored_values.h"
-#include "workbench/data/descriptors/dictionary_check.h"
-#include "workbench/data/descriptors/schema_writer.h"
-#include "workbench/data/files/duckdb_copy.h"
-#include "workbench/data/files/duckdb_query.h"
-#include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/refused_value.h"
 #include "workbench/text/string_comparison.h"
 
@@ -34,17 +27,12 @@ duckdb_type typeOf(const Variable& variable) {
   }
 }
 
-std::vector<DuckDbColumn> columnsOf(const Dictionary& dictionary) {
-  std::vector<DuckDbColumn> columns;
-  for (const Variable& variable : dictionary.variables()) columns.push_back({variable.name, typeOf(variable)});
-  return columns;
-}
-
 class StoredCaseWriter final : public CaseWriter {
  public:
-  StoredCaseWriter(std::unique_ptr<DuckDbCopy> copy, std::string path, const Dictionary& dictionary,
+  StoredCaseWriter(std::unique_ptr<StoredOutput> output, std::string path, const Dictionary& dictionary,
                    std::vector<std::string> losses)
-      : copy_(std::move(copy)),
+      : output_(std::move(output)),
+        rows_(output_->rows()),
         path_(std::move(path)),
         dictionary_(dictionary),
         layout_(dictionary_),
@@ -56,8 +44,8 @@ class StoredCaseWriter final : public CaseWriter {
   void append(const OBS* cases, std::size_t count, std::size_t caseSlots) override {
     for (std::size_t index = 0; index < count; ++index, cases += caseSlots) writeCase(cases);
   }
-  void complete() override { copy_->complete(); }
-  void commit() override { copy_->commit(); }
+  void complete() override { output_->complete(); }
+  void commit() override { output_->commit(); }
 
  private:
   void writeCase(const OBS* values) {
@@ -67,22 +55,22 @@ class StoredCaseWriter final : public CaseWriter {
         const auto width = static_cast<std::size_t>(variableOf(column).width);
         writeText(column, text::withoutTrailingBlanks({value->text, width}));
       } else if (value->number == systemMissing) {
-        copy_->setMissing(column);
+        rows_.setMissing(column);
       } else {
         writeNumber(column, value->number);
       }
     }
-    copy_->endRow();
+    rows_.endRow();
     ++casesWritten_;
   }
 
   void writeText(std::size_t column, std::string_view value) {
     if (value.empty()) {
-      copy_->setMissing(column);
+      rows_.setMissing(column);
       return;
     }
     if (const char* const why = problemOfText(value)) refuse(column, why);
-    copy_->setText(column, value);
+    rows_.setText(column, value);
   }
 
   void writeNumber(std::size_t column, double value) {
@@ -96,7 +84,7 @@ class StoredCaseWriter final : public CaseWriter {
                  "correct the value.",
                  fmt::to_string(value));
         }
-        copy_->setValue(column, *days);
+        rows_.setValue(column, *days);
         return;
       }
       case DUCKDB_TYPE_TIME:
@@ -109,11 +97,11 @@ class StoredCaseWriter final : public CaseWriter {
                  "be written; correct the value.",
                  fmt::to_string(value));
         }
-        copy_->setValue(column, *microseconds);
+        rows_.setValue(column, *microseconds);
         return;
       }
       default:
-        copy_->setValue(column, value);
+        rows_.setValue(column, value);
     }
   }
 
@@ -123,7 +111,8 @@ class StoredCaseWriter final : public CaseWriter {
     refuseValue(path_, casesWritten_ + 1, variableOf(column), why, value);
   }
 
-  std::unique_ptr<DuckDbCopy> copy_;
+  std::unique_ptr<StoredOutput> output_;
+  DuckDbFeed& rows_;
   std::string path_;
   Dictionary dictionary_;
   CaseLayout layout_;
@@ -134,23 +123,15 @@ class StoredCaseWriter final : public CaseWriter {
 
 }  // namespace
 
-Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, const Dictionary& dictionary,
-                                                       const Secret& password) {
-  WritableDictionary written = writablePartOf(dictionary);
-  const Outcome<std::string> resource =
-      resourceText(std::filesystem::path(plainName(path)).stem().string(), written.dictionary);
-  if (!resource) {
-    Problem problem = resource.problem();
-    problem.where = path;
-    return problem;
-  }
-  const std::string options =
-      fmt::format("FORMAT parquet, COMPRESSION zstd, KV_METADATA {{{}: {}}}", sqlText(resourceKey), sqlText(*resource));
-  Outcome<std::unique_ptr<DuckDbCopy>> copy =
-      DuckDbCopy::start(path, Packing::none, columnsOf(dictionary), options, password);
-  if (!copy) return copy.problem();
-  return std::unique_ptr<CaseWriter>(
-      std::make_unique<StoredCaseWriter>(std::move(*copy), path, dictionary, std::move(written.losses)));
+std::vector<DuckDbColumn> storedColumnsOf(const Dictionary& dictionary) {
+  std::vector<DuckDbColumn> columns;
+  for (const Variable& variable : dictionary.variables()) columns.push_back({variable.name, typeOf(variable)});
+  return columns;
+}
+
+std::unique_ptr<CaseWriter> storedCaseWriter(std::unique_ptr<StoredOutput> output, const std::string& path,
+                                             const Dictionary& dictionary, std::vector<std::string> losses) {
+  return std::make_unique<StoredCaseWriter>(std::move(output), path, dictionary, std::move(losses));
 }
 
 }  // namespace workbench::data

@@ -4,15 +4,29 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "workbench/data/case_reader.h"
-#include "workbench/runtime/outcome.h"
-#include "workbench/runtime/secret.h"
+#include "workbench/data/files/duckdb_feed.h"
 
 namespace workbench::data {
 
-// As a Parquet file that holds its dictionary.
-Outcome<std::unique_ptr<CaseWriter>> createParquetFile(const std::string& path, const Dictionary& dictionary,
-                                                       const Secret& password);
+// Where the rows of a table go, and how they come into place.
+class StoredOutput {
+ public:
+  virtual ~StoredOutput() = default;  // abandons what was not committed
+  virtual DuckDbFeed& rows() = 0;
+  // As those of a CaseWriter.
+  virtual void complete() = 0;
+  virtual void commit() = 0;
+};
+
+// One per variable, of its name and type.
+std::vector<DuckDbColumn> storedColumnsOf(const Dictionary& dictionary);
+
+// Writes cases of the dictionary into the output, whose columns are storedColumnsOf() it. The losses are what of the
+// dictionary is not written. The path is for messages.
+std::unique_ptr<CaseWriter> storedCaseWriter(std::unique_ptr<StoredOutput> output, const std::string& path,
+                                             const Dictionary& dictionary, std::vector<std::string> losses);
 
 }  // namespace workbench::data

@@ -22,8 +22,9 @@ class StoredSource {
   // What tells it from every other table and every other state of itself.
   virtual std::string identity() const = 0;
   virtual std::vector<std::string> files() const = 0;  // that it is stored in
-  // The text of the resource that describes the table, where one is stored with it.
-  virtual Outcome<std::optional<std::string>> resource() const = 0;
+  // What describes the table, where something does.
+  virtual Outcome<std::optional<DescribedTable>> description() const = 0;
+  virtual std::vector<std::string> warnings() const { return {}; }  // sentences
   // Whether a column of texts has no type of its own: what its texts are is told by them, as in a text file.
   virtual bool isTextOfAnyKind(std::string_view column) const {
     static_cast<void>(column);

@@ -145,4 +145,13 @@ Outcome<DescribedTable> describedByResource(std::string_view resource, const std
   return finished(std::move(table), findings);
 }
 
+Outcome<std::optional<DescribedTable>> describedByStored(const Outcome<std::optional<std::string>>& resource,
+                                                         const std::string& dataPath) {
+  if (!resource) return resource.problem();
+  if (!*resource) return std::optional<DescribedTable>();
+  Outcome<DescribedTable> described = describedByResource(**resource, dataPath);
+  if (!described) return described.problem();
+  return std::optional(std::move(*described));
+}
+
 }  // namespace workbench::data

@@ -22,5 +22,8 @@ Outcome<DescribedTable> describedResource(const std::string& packagePath, const 
 
 // What a resource says whose text is stored with the data, in the file of that path.
 Outcome<DescribedTable> describedByResource(std::string_view resource, const std::string& dataPath);
+// The same of one that may be there.
+Outcome<std::optional<DescribedTable>> describedByStored(const Outcome<std::optional<std::string>>& resource,
+                                                         const std::string& dataPath);
 
 }  // namespace workbench::data

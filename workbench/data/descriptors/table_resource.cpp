@@ -45,8 +45,9 @@ void readType(const DescriptorValue& value, DescribedTable&) { (void)value.word(
 
 void readFormat(const DescriptorValue& value, DescribedTable&) {
   const std::optional<std::string> format = value.text();
-  if (!format || fileKind("." + *format)) return;
-  value.reject("^1 is \"^2\", and only text tables are read.", {*format}, "Convert the file to \"csv\".");
+  if (!format || fileKind("." + *format) || isParquetName("." + *format)) return;
+  value.reject("^1 is \"^2\", and only text tables and Parquet files are read.", {*format},
+               "Convert the file to \"csv\".");
 }
 
 void readMediaType(const DescriptorValue& value, DescribedTable&) {
@@ -149,7 +150,8 @@ bool looksLikeTable(const Resource& resource) {
   const DescriptorObject& object = resource.object;
   if (const auto type = object.at(property::type)) return isTextOf(type, tableType);
   if (isTextOf(object.at(property::profile), tableProfile) || object.has(property::schema)) return true;
-  return kindOfFormat(object).has_value() || (!resource.paths.empty() && fileKind(resource.paths.front()));
+  if (kindOfFormat(object) || isTextOf(object.at(property::format), "parquet")) return true;
+  return !resource.paths.empty() && (fileKind(resource.paths.front()) || isParquetName(resource.paths.front()));
 }
 
 DescribedTable describedTable(const Resource& resource) {

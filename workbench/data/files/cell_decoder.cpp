@@ -9,22 +9,24 @@
 
 namespace workbench::data {
 
-CellDecoder::CellDecoder(const CsvTable& table, const VariableSubset& wanted) : table_(table) {
-  std::vector<bool> isFed(static_cast<std::size_t>(table.dictionary.size()), false);
-  for (const CsvColumn& column : table.columns) {
+CellDecoder::CellDecoder(const std::vector<CsvColumn>& columns, const Dictionary& dictionary, const CaseLayout& layout,
+                         const VariableSubset& wanted)
+    : dictionary_(dictionary), layout_(layout) {
+  std::vector<bool> isFed(static_cast<std::size_t>(dictionary.size()), false);
+  for (const CsvColumn& column : columns) {
     columns_.push_back(column.variable && wanted.has(*column.variable) ? columnOf(column) : Column());
     if (column.variable) isFed[static_cast<std::size_t>(*column.variable)] = true;
   }
-  for (std::int32_t variable = 0; variable < table.dictionary.size(); ++variable) {
+  for (std::int32_t variable = 0; variable < dictionary.size(); ++variable) {
     if (!isFed[static_cast<std::size_t>(variable)] && wanted.has(variable)) unfed_.push_back(variable);
   }
 }
 
 CellDecoder::Column CellDecoder::columnOf(const CsvColumn& column) const {
   Column how;
-  const Variable& variable = table_.dictionary.at(*column.variable);
+  const Variable& variable = dictionary_.at(*column.variable);
   how.variable = *column.variable;
-  how.slot = table_.layout.slotOfVariable[static_cast<std::size_t>(*column.variable)];
+  how.slot = layout_.slotOfVariable[static_cast<std::size_t>(*column.variable)];
   how.format = variable.format.type;
   how.width = static_cast<std::size_t>(variable.width);
   how.slotBytes = variable.isNumeric() ? 0 : variable.slots() * sizeof(OBS);
@@ -68,8 +70,8 @@ std::optional<double> CellDecoder::momentOf(std::string_view cell, FormatType fo
 
 void CellDecoder::fillUnfed(OBS* cases, std::size_t rows, std::size_t caseSlots) const {
   for (const std::int32_t index : unfed_) {
-    const Variable& variable = table_.dictionary.at(index);
-    OBS* values = cases + table_.layout.slotOfVariable[static_cast<std::size_t>(index)];
+    const Variable& variable = dictionary_.at(index);
+    OBS* values = cases + layout_.slotOfVariable[static_cast<std::size_t>(index)];
     for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
       if (variable.isNumeric()) {
         values->number = systemMissing;
@@ -84,7 +86,7 @@ void CellDecoder::fillUnfed(OBS* cases, std::size_t rows, std::size_t caseSlots)
 // narrower than it is.
 Problem CellDecoder::refusal(std::size_t column, std::string_view cell, const std::string& where) {
   Column& how = columns_[column];
-  const std::string& name = table_.dictionary.at(how.variable).name;
+  const std::string& name = dictionary_.at(how.variable).name;
   if (how.decoding == Decoding::declaredNumber) {
     return cellProblem(where, name, cell, *how.reader);
   }

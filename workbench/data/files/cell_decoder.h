@@ -22,8 +22,13 @@ namespace workbench::data {
 
 class CellDecoder {
  public:
-  // The table outlives the decoder. The slots of variables that are not wanted are left as they are.
-  explicit CellDecoder(const CsvTable& table, const VariableSubset& wanted = {});
+  // The table, or its dictionary and layout, outlives the decoder. The slots of variables that are not wanted are left
+  // as they are.
+  explicit CellDecoder(const CsvTable& table, const VariableSubset& wanted = {})
+      : CellDecoder(table.columns, table.dictionary, table.layout, wanted) {}
+  // The same for a table whose columns feed variables of this dictionary.
+  CellDecoder(const std::vector<CsvColumn>& columns, const Dictionary& dictionary, const CaseLayout& layout,
+              const VariableSubset& wanted);
 
   // Stores so many cells of a column, one per case, into cases that lie `caseSlots` slots apart. `cells` gives a row's
   // text by text(row), and by isNull(row) whether it holds no value whatever its column; arePadded promises
@@ -61,7 +66,8 @@ class CellDecoder {
   std::optional<std::size_t> decodeTexts(const Column& column, const Cells& cells, std::size_t rows, OBS* values,
                                          std::size_t caseSlots, HoldsNoValue holdsNoValue);
 
-  const CsvTable& table_;
+  const Dictionary& dictionary_;
+  const CaseLayout& layout_;
   std::vector<Column> columns_;
   std::vector<std::int32_t> unfed_;  // variables
 };

@@ -55,7 +55,7 @@ class CsvCaseWriter final : public CaseWriter {
         writeString(column, variable, value);
       }
     }
-    copy_->endRow();
+    copy_->rows().endRow();
     ++casesWritten_;
   }
 
@@ -63,7 +63,7 @@ class CsvCaseWriter final : public CaseWriter {
     if (value == systemMissing) {
       writeNothing(column);
     } else {
-      copy_->setText(column, numberText(variable, value, path_, casesWritten_ + 1));
+      copy_->rows().setText(column, numberText(variable, value, path_, casesWritten_ + 1));
     }
   }
 
@@ -72,15 +72,15 @@ class CsvCaseWriter final : public CaseWriter {
     if (text.empty()) {
       writeNothing(column);
     } else {
-      copy_->setText(column, text);
+      copy_->rows().setText(column, text);
     }
   }
 
   void writeNothing(std::size_t column) {
     if (layout_.slotOfVariable.size() == 1) {
-      copy_->setText(column, "");  // in quotes: a line without a character would be no case for some readers
+      copy_->rows().setText(column, "");  // in quotes: a line without a character would be no case for some readers
     } else {
-      copy_->setMissing(column);
+      copy_->rows().setMissing(column);
     }
   }
 

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <system_error>
 #include <utility>
 
 #include "host/messages.h"
@@ -33,59 +32,49 @@ Outcome<std::unique_ptr<DuckDbCopy>> DuckDbCopy::start(const std::string& path, 
     copy->pipe_ = std::move(*pipe);
   }
   const std::string target = copy->pipe_ ? copy->pipe_->descriptorPath() : copy->file_->descriptorPath();
-  const std::string statement = copyStatement(copy->queue_.table(), target, options);
-  try {
-    copy->thread_ = std::thread([writer = copy.get(), statement] { writer->runStatement(statement); });
-  } catch (const std::system_error& error) {
-    return Problem{text::sentence("The file cannot be written (^1).", {error.what()}), path, ""};
+  if (Outcome<Done> started = copy->feed_.start(copyStatement(copy->feed_.table(), target, options)); !started) {
+    Problem problem = started.problem();
+    problem.where = path;
+    return problem;
   }
   return copy;
 }
 
 DuckDbCopy::DuckDbCopy(std::unique_ptr<OutputFile> file, std::vector<DuckDbColumn> columns)
-    : file_(std::move(file)), queue_(std::move(columns)), rows_(queue_.firstRows()) {}
-
-DuckDbCopy::~DuckDbCopy() {
-  queue_.abandon();
-  if (thread_.joinable()) thread_.join();
-}
-
-void DuckDbCopy::endRow() {
-  rows_->endRow();
-  ++rowsMade_;
-  if (rows_->isFull() && !queue_.exchange(rows_)) finishStatement();
-}
+    : file_(std::move(file)),
+      feed_(std::move(columns), {.before =
+                                     [this] {
+                                       if (pipe_) PackingPipe::keepSignalFromThisThread();
+                                     },
+                                 .behind =
+                                     [this] {
+                                       if (pipe_) pipe_->endText();
+                                     },
+                                 .endedEarly = [this] { finishStatement(); }}) {}
 
 void DuckDbCopy::complete() {
-  queue_.end(std::move(rows_));
+  feed_.end();
   finishStatement();
   file_->complete();
 }
 
 void DuckDbCopy::commit() { file_->commit(); }
 
-void DuckDbCopy::runStatement(const std::string& statement) {
-  if (pipe_) PackingPipe::keepSignalFromThisThread();
-  written_ = rowsWritten(statement);
-  if (pipe_) pipe_->endText();
-  queue_.close();
-}
-
 // Requires: the statement has ended, or has got all rows.
 void DuckDbCopy::finishStatement() {
-  if (thread_.joinable()) thread_.join();
+  const Outcome<std::uint64_t>& written = feed_.written();
   if (pipe_) pipe_->finish();  // comes first: when packing fails, the statement knows only that the pipe is broken
-  if (!written_) {
+  if (!written) {
     // DuckDB's message has no number to tell by what went wrong. What keeps it from writing keeps us from it as well.
     if (!pipe_) file_->checkRoom();
-    Problem problem = written_.problem();
+    Problem problem = written.problem();
     problem.where = file_->path();
     throw ErrorText(problem.text());
   }
-  if (*written_ != rowsMade_) {
+  if (*written != feed_.rowsMade()) {
     throw ErrorText(
         text::sentence("^1: ^2 rows were to be written, and ^3 were; please report this as a fault of this program.",
-                       {file_->path(), fmt::to_string(rowsMade_), fmt::to_string(*written_)}));
+                       {file_->path(), fmt::to_string(feed_.rowsMade()), fmt::to_string(*written)}));
   }
 }
 

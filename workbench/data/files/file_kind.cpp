@@ -60,4 +60,6 @@ std::span<const std::string_view> fileEndings() {
   return endings;
 }
 
+bool isParquetName(std::string_view path) { return hasEnding(plainName(path), ".parquet"); }
+
 }  // namespace workbench::data

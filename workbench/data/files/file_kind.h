@@ -30,4 +30,8 @@ Outcome<FileKind> fileKind(std::string_view path);
 // All endings that are known.
 std::span<const std::string_view> fileEndings();
 
+// Whether the name is that of a Parquet file, which is no text and is read elsewhere; of a protected file what is
+// inside.
+bool isParquetName(std::string_view path);
+
 }  // namespace workbench::data

@@ -113,6 +113,10 @@ OutputFile::OutputFile(std::string path, std::string target, std::string private
 
 OutputFile::~OutputFile() {
   if (descriptor_ >= 0) ::close(descriptor_);
+  for (const std::string& path : beside_) {
+    ::unlink(path.c_str());
+    temporaryFiles().forget(path);
+  }
   if (privatePath_.empty()) return;
   ::unlink(privatePath_.c_str());
   temporaryFiles().forget(privatePath_);
@@ -120,6 +124,16 @@ OutputFile::~OutputFile() {
 
 std::string OutputFile::descriptorPath() const {
   return plain_ ? plain_->descriptorPath() : fmt::format("/proc/self/fd/{}", descriptor_);
+}
+
+const std::string& OutputFile::handOver(std::span<const std::string_view> endingsBeside) {
+  ::close(std::exchange(descriptor_, -1));
+  ::unlink(privatePath_.c_str());
+  for (const std::string_view ending : endingsBeside) {
+    beside_.push_back(privatePath_ + std::string(ending));
+    temporaryFiles().add(beside_.back());
+  }
+  return privatePath_;
 }
 
 void OutputFile::write(std::string_view bytes) { writeTo(plain_ ? plain_->descriptor() : descriptor_, bytes); }
@@ -141,11 +155,17 @@ void OutputFile::checkRoom() {
 
 void OutputFile::complete() {
   if (plain_) encrypt();
+  if (descriptor_ < 0) takeBack();
   struct stat replaced{};
   if (!isStream() && ::stat(target_.c_str(), &replaced) == 0 && ::fchmod(descriptor_, modeOf(target_)) != 0)
     fail(errno);
   if (!isStream() && ::fsync(descriptor_) != 0) fail(errno);
   if (::close(std::exchange(descriptor_, -1)) != 0) fail(errno);
+}
+
+void OutputFile::takeBack() {
+  descriptor_ = ::open(privatePath_.c_str(), O_RDWR | O_CLOEXEC);
+  if (descriptor_ < 0) fail(errno);
 }
 
 void OutputFile::encrypt() {

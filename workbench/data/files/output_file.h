@@ -10,8 +10,10 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "workbench/data/files/memory_file.h"
 #include "workbench/runtime/outcome.h"
@@ -32,6 +34,10 @@ class OutputFile {
   bool canBeOpened() const { return plain_ || !isStream(); }
   // A name under which the file can be opened for writing. Valid until complete().
   std::string descriptorPath() const;
+  // For libraries that make their files themselves: the name of the private file, which is gone until they do. Files
+  // that they keep beside it, whose names have these endings behind its own, go with it. What stands there when this
+  // is completed is the content. Requires: there is no password; nothing was written.
+  const std::string& handOver(std::span<const std::string_view> endingsBeside);
 
   // All of these throw ErrorText.
   void write(std::string_view bytes);
@@ -47,12 +53,14 @@ class OutputFile {
   bool isStream() const { return target_.empty(); }
   void writeTo(int descriptor, std::string_view bytes);
   void encrypt();
+  void takeBack();
   [[noreturn]] void fail(int error) const;
 
   std::string path_;
   std::string target_;       // of a stream empty
   std::string privatePath_;  // empty when there is no private file any more; of a stream always
   int descriptor_;
+  std::vector<std::string> beside_;  // files of a library
   Secret password_;
   std::optional<MemoryFile> plain_;  // of a protected file, until it is complete
 };

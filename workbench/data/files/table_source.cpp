@@ -15,19 +15,6 @@
 namespace workbench::data {
 namespace {
 
-constexpr std::string_view packageName = "datapackage.json";
-
-bool isPackage(std::string_view path) {
-  const std::size_t folderEnd = path.rfind('/');
-  return path.substr(folderEnd == std::string_view::npos ? 0 : folderEnd + 1) == packageName;
-}
-
-// A package, and perhaps the name of one of its resources.
-std::optional<TableReference> resourceReference(const std::string& path) {
-  TableReference reference = tableReference(path);
-  return isPackage(reference.file) ? std::optional(std::move(reference)) : std::nullopt;
-}
-
 // What the file's name says, but where the descriptor says whether it holds JSON lines: that may be all that is known.
 Outcome<FileKind> kindOf(const std::string& path, const DescribedTable* description) {
   Outcome<FileKind> kind = fileKind(path);
@@ -174,7 +161,7 @@ void warnOfKeys(TableSource& source) {
 }  // namespace
 
 Outcome<std::optional<DescribedTable>> descriptionOf(const std::string& path) {
-  const std::optional<TableReference> reference = resourceReference(path);
+  const std::optional<TableReference> reference = packageReference(path);
   if (!reference) return descriptionBeside(path);
   Outcome<DescribedTable> described = describedResource(reference->file, reference->table);
   if (!described) return described.problem();
@@ -187,7 +174,7 @@ Outcome<TableSource> examineTable(const std::string& path) {
   source.dataPaths = {path};
 
   // 1. What is said of the table.
-  if (!resourceReference(path)) {
+  if (!packageReference(path)) {
     if (const Outcome<FileKind> kind = fileKind(path); !kind) return kind.problem();
   }
   Outcome<std::optional<DescribedTable>> described = descriptionOf(path);

@@ -139,17 +139,35 @@ std::optional<CellKind> almostKind(const ColumnEvidence& evidence) {
   return std::nullopt;
 }
 
-constexpr std::string_view readAsText = "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5.";
-constexpr std::string_view readAsTextForOther =
-    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5; this file alone would have been read as ^6.";
-constexpr std::string_view readAsTextUnlikeOther =
-    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5; the other file would have been read as ^6.";
+// What is said of a column that became text: because of one cell, or because its source says that it is text and no
+// cell of it looks like one.
+struct TextWarning {
+  std::string_view forCell;
+  std::string_view forSource;
+};
+
+constexpr TextWarning readAsText = {
+    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5.",
+    "Column \"^1\" is read as text: ^2 holds texts in it, whatever they look like.",
+};
+constexpr TextWarning readAsTextForOther = {
+    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5; this file alone would have been read as ^6.",
+    "Column \"^1\" is read as text: ^2 holds texts in it, whatever they look like; this file alone would have been "
+    "read "
+    "as ^3.",
+};
+constexpr TextWarning readAsTextUnlikeOther = {
+    "Column \"^1\" is read as text: in ^2, ^3 ^4, ^5; the other file would have been read as ^6.",
+    "Column \"^1\" is read as text: ^2 holds texts in it, whatever they look like; the other file would have been read "
+    "as ^3.",
+};
 
 // What made the column text, and where: in the table, a cell other than `wanted`.
-std::string textWarning(std::string_view pattern, const std::string& column, const ScannedTable& table,
+std::string textWarning(const TextWarning& warning, const std::string& column, const ScannedTable& table,
                         const CellSighting& cell, CellKind wanted) {
-  return text::sentence(pattern, {column, table.path, text::sentence(table.place), fmt::to_string(cell.line),
-                                  whyOtherThan(wanted, cell), nameOf(wanted)});
+  if (cell.line == 0) return text::sentence(warning.forSource, {column, table.path, nameOf(wanted)});
+  return text::sentence(warning.forCell, {column, table.path, text::sentence(table.place), fmt::to_string(cell.line),
+                                          whyOtherThan(wanted, cell), nameOf(wanted)});
 }
 
 // One column with all that is known of it. The partner's evidence is null when it has no such column.
@@ -196,6 +214,7 @@ std::string whyText(const Column& column, const ScannedTable& file, const Scanne
   if (!wanted) return {};
   const CellSighting& ownCell = column.own.firstOtherThan(*wanted);
   if (ownCell.line != 0) return textWarning(readAsText, column.name, file, ownCell, *wanted);
+  if (column.others == nullptr || column.others->firstOtherThan(*wanted).line == 0) return {};
   return textWarning(readAsText, column.name, *partner, column.others->firstOtherThan(*wanted), *wanted);
 }
 

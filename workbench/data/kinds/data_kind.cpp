@@ -8,9 +8,14 @@
 #include <utility>
 
 #include "workbench/data/columnar/duckdb_source.h"
+#include "workbench/data/columnar/duckdb_table_writer.h"
 #include "workbench/data/columnar/parquet_source.h"
-#include "workbench/data/columnar/stored_case_writer.h"
+#include "workbench/data/columnar/parquet_writer.h"
 #include "workbench/data/columnar/stored_file.h"
+#include "workbench/data/databases/database_file.h"
+#include "workbench/data/databases/sqlite_source.h"
+#include "workbench/data/databases/sqlite_table_writer.h"
+#include "workbench/data/descriptors/find_description.h"
 #include "workbench/data/files/csv_case_writer.h"
 #include "workbench/data/files/csv_file.h"
 #include "workbench/data/files/file_kind.h"
@@ -36,11 +41,18 @@ Outcome<std::unique_ptr<CaseWriter>> createText(const std::string& path, const D
                          std::move(*cases));
 }
 
+Outcome<std::unique_ptr<ExaminedTable>> examinedSource(std::shared_ptr<const StoredSource> source) {
+  return examineStored(std::move(source));
+}
+Outcome<std::unique_ptr<ExaminedTable>> examinedSource(std::shared_ptr<const RowSource> source) {
+  return examineDatabase(std::move(source));
+}
+
 template <auto open>
 Outcome<std::unique_ptr<ExaminedTable>> examineOpened(const std::string& path) {
-  Outcome<std::shared_ptr<const StoredSource>> source = open(path);
+  auto source = open(path);
   if (!source) return source.problem();
-  return examineStored(std::move(*source));
+  return examinedSource(std::move(*source));
 }
 
 bool isTextDescribed(const std::string& path) {
@@ -48,23 +60,33 @@ bool isTextDescribed(const std::string& path) {
   return description && *description && !(*description)->fields.empty();
 }
 
+bool isDescribed(const StoredSource& source) {
+  const Outcome<std::optional<DescribedTable>> description = source.description();
+  return description && *description;
+}
+bool isDescribed(const RowSource& source) {
+  const Outcome<std::optional<std::string>> resource = source.resource();
+  return resource && *resource;
+}
+
 template <auto open>
 bool isStoredDescribed(const std::string& path) {
-  const Outcome<std::shared_ptr<const StoredSource>> source = open(path);
-  if (!source) return false;
-  const Outcome<std::optional<std::string>> resource = (*source)->resource();
-  return resource && *resource;
+  const auto source = open(path);
+  return source && isDescribed(**source);
 }
 
 constexpr auto parquetEndings = std::to_array<std::string_view>({".parquet"});
 constexpr auto duckDbEndings = std::to_array<std::string_view>({".duckdb"});
+constexpr auto sqliteEndings = std::to_array<std::string_view>({".sqlite", ".sqlite3", ".db"});
 
 const auto kinds = std::to_array<DataKind>({
     {"text file", fileEndings(), &examineCsvFile, &createText, &isTextDescribed, true},
     {"Parquet file", parquetEndings, &examineOpened<&openParquet>, &createParquetFile, &isStoredDescribed<&openParquet>,
      false},
-    {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, nullptr, &isStoredDescribed<&openDuckDbTable>,
-     false},
+    {"DuckDB database", duckDbEndings, &examineOpened<&openDuckDbTable>, &createDuckDbTable,
+     &isStoredDescribed<&openDuckDbTable>, false},
+    {"SQLite database", sqliteEndings, &examineOpened<&openSqliteTable>, &createSqliteTable,
+     &isStoredDescribed<&openSqliteTable>, false},
 });
 const DataKind& textKind = kinds[0];
 const DataKind& parquetKind = kinds[1];
@@ -76,12 +98,21 @@ const DataKind* kindOfEnding(std::string_view name) {
                                       [&](std::string_view ending) { return hasEnding(plain, ending); });
     if (isOfKind) return &kind;
   }
-  return hasEnding(plain, "datapackage.json") ? &textKind : nullptr;
+  return nullptr;
+}
+
+// What the files of the resource are; where the package cannot tell, reading it as text tells why.
+const DataKind& kindOfPackage(const TableReference& package) {
+  const Outcome<DescribedTable> table = describedResource(package.file, package.table);
+  const bool isParquet = table && std::any_of(table->dataPaths.begin(), table->dataPaths.end(),
+                                              [](const std::string& path) { return isParquetName(path); });
+  return isParquet ? parquetKind : textKind;
 }
 
 }  // namespace
 
 Outcome<const DataKind*> dataKind(const std::string& path) {
+  if (const std::optional<TableReference> package = packageReference(path)) return &kindOfPackage(*package);
   // A name that ends as data do may have "#" in it; otherwise that parts the file from one of its tables.
   const TableReference reference = tableReference(path);
   for (const std::string& name : {path, reference.file}) {

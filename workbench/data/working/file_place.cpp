@@ -66,8 +66,9 @@ Outcome<Done> checkOutputFile(std::string_view path) {
   if (hasScheme(path)) {
     return problem("The data file ^1 cannot be written; name a file on this machine.", {path});
   }
-  const fs::path target(path);
-  const std::string shown = cleanedPath(path);
+  const std::string name = tableReference(path).file;
+  const fs::path target(name);
+  const std::string shown = cleanedPath(name);
   std::error_code ignored;
   if (!target.has_filename() || fs::is_directory(target, ignored)) {
     return problem("^1 is a folder; name a data file in it.", {shown});

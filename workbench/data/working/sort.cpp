@@ -136,6 +136,39 @@ Outcome<SortResult> sortOne(const SortTask& task) {
   }
 }
 
+Outcome<KeyFindings> checkOne(const SortTask& task) {
+  const auto by = sortByOf(task.dataset, task.request);
+  if (!by) return by.problem();
+  const KeyFindings* const remembered = task.dataset.keyFindings();
+  if (remembered != nullptr && remembered->of == lookedAt(*by)) return *remembered;
+  if (areKnownSound(task.dataset, *by)) return KeyFindings{};
+  const MissingKeys missing(by->keys, by->missing);
+  KeyCheck check(by->keys, missing);
+  try {
+    checkOrder(task.dataset, *by, check);
+  } catch (const ErrorText& error) {
+    return Problem{error.GetText(), "", ""};
+  }
+  remember(task.dataset, *by, check.findings());
+  return check.findings();
+}
+
+// Does the same to both datasets at the same time. Comparisons on the way are the host's own.
+template <class Found>
+std::array<Outcome<Found>, 2> onTwoThreads(const SortTask& first, const SortTask& second,
+                                           Outcome<Found> (*work)(const SortTask& task)) {
+  const Journal::Pause pause(journal());
+  if (&first.dataset == &second.dataset) return {work(first), work(second)};
+  std::future<Outcome<Found>> other;
+  try {
+    other = std::async(std::launch::async, [&] { return work(second); });
+  } catch (const std::system_error&) {
+    return {work(first), work(second)};  // no thread is to be had; one after the other then
+  }
+  Outcome<Found> own = work(first);
+  return {std::move(own), other.get()};
+}
+
 }  // namespace
 
 Outcome<SortResult> sortCases(Dataset& dataset, const SortRequest& request) {
@@ -144,34 +177,11 @@ Outcome<SortResult> sortCases(Dataset& dataset, const SortRequest& request) {
 }
 
 std::array<Outcome<SortResult>, 2> sortBoth(const SortTask& first, const SortTask& second) {
-  const Journal::Pause pause(journal());
-  if (&first.dataset == &second.dataset) return {sortOne(first), sortOne(second)};
-  std::future<Outcome<SortResult>> other;
-  try {
-    other = std::async(std::launch::async, [&second] { return sortOne(second); });
-  } catch (const std::system_error&) {
-    return {sortOne(first), sortOne(second)};  // no thread is to be had; one after the other then
-  }
-  Outcome<SortResult> own = sortOne(first);
-  return {std::move(own), other.get()};
+  return onTwoThreads(first, second, sortOne);
 }
 
-Outcome<KeyFindings> checkKeys(Dataset& dataset, const SortRequest& request) {
-  const Journal::Pause pause(journal());
-  const auto by = sortByOf(dataset, request);
-  if (!by) return by.problem();
-  const KeyFindings* const remembered = dataset.keyFindings();
-  if (remembered != nullptr && remembered->of == lookedAt(*by)) return *remembered;
-  if (areKnownSound(dataset, *by)) return KeyFindings{};
-  const MissingKeys missing(by->keys, by->missing);
-  KeyCheck check(by->keys, missing);
-  try {
-    checkOrder(dataset, *by, check);
-  } catch (const ErrorText& error) {
-    return Problem{error.GetText(), "", ""};
-  }
-  remember(dataset, *by, check.findings());
-  return check.findings();
+std::array<Outcome<KeyFindings>, 2> checkBoth(const SortTask& first, const SortTask& second) {
+  return onTwoThreads(first, second, checkOne);
 }
 
 }  // namespace workbench::data

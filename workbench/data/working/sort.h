@@ -49,9 +49,10 @@ struct SortTask {
 // Sorts two datasets at the same time, on two threads. Either may fail without the other.
 std::array<Outcome<SortResult>, 2> sortBoth(const SortTask& first, const SortTask& second);
 
-// What is to be known of the keys of a dataset. What a sort has found is told again, in rows as they lay before it; a
-// first variable that is known to increase strictly leaves nothing to find; otherwise the variables are read, of a
-// dataset that is out of order up to where it shows. Fails as sortCases does.
-Outcome<KeyFindings> checkKeys(Dataset& dataset, const SortRequest& request);
+// What is to be known of the keys of each of two datasets, found at the same time, on two threads. What a sort has
+// found is told again, in rows as they lay before it; a first variable that is known to increase strictly leaves
+// nothing to find; otherwise the variables are read, of a dataset that is out of order up to where it shows. Either may
+// fail, as sortCases does, without the other.
+std::array<Outcome<KeyFindings>, 2> checkBoth(const SortTask& first, const SortTask& second);
 
 }  // namespace workbench::data

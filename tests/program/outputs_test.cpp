@@ -251,6 +251,22 @@ TEST(Outputs, OfAFullDiskAreNotPutInPlaceByHalf) {
   EXPECT_EQ(files.folder.names(), names) << "the empty n.csv fits, m.csv does not";
 }
 
+// However little memory there is: the program says so with its status, and is never ended by a fault.
+TEST(Outputs, OfAProgramWithoutMemoryAreTrouble) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "a sanitizer needs all addresses";
+#endif
+  const TwoFiles files(20'000);
+  int troubles = 0;
+  for (int kibibytes = 50'000; kibibytes <= 200'000; kibibytes += 7'500) {
+    const int status = files.shell("ulimit -c 0; ulimit -v " + std::to_string(kibibytes) + "; program -o r.html");
+    const bool isUnstarted = status == 127;  // there was no room for its libraries
+    EXPECT_TRUE(isUnstarted || status == 1 || status == 2) << kibibytes << ": " << status;
+    troubles += status == 2 ? 1 : 0;
+  }
+  EXPECT_GT(troubles, 0);
+}
+
 TEST(Outputs, ToAFullDeviceAreTrouble) {
   const TwoFiles files(2'000);
   EXPECT_EQ(files.shell("program -o /dev/full --format json"), 2);

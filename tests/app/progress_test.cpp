@@ -32,7 +32,8 @@ TEST(ProgressText, TellsShareSpeedAndTimeLeft) {
   EXPECT_EQ(textOf(300'000, 1'200'000, 2), "Sorting: 25%, 150 k cases/s, 0:06 left");
   EXPECT_EQ(textOf(3'000'000, 9'000'000, 1, Unit::bytes), "Sorting: 33%, 3.00 MB/s, 0:02 left");
   EXPECT_EQ(textOf(1, 4000, 1), "Sorting: 0%, 1 cases/s, 1:06:39 left");
-  EXPECT_EQ(textOf(12, 24, 1, Unit::cases, "de"), "Sorting: 50%, 12 F\u00e4lle/s, noch 0:01");
+  EXPECT_EQ(textOf(12, 24, 1, Unit::cases, "de"), "Sorting: 50\u00a0%, 12 F\u00e4lle/s, noch 0:01");
+  EXPECT_EQ(textOf(3'000'000, 9'000'000, 1, Unit::bytes, "de"), "Sorting: 33\u00a0%, 3,00 MB/s, noch 0:02");
 }
 
 TEST(ProgressText, LeavesOutWhatIsNotKnown) {

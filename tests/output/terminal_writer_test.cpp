@@ -225,6 +225,38 @@ TEST(TerminalWriter, KeepsColumnsUnderOneLabelTogetherWhereTheyFit) {
   EXPECT_EQ(withLabel, 1);
 }
 
+TEST(TerminalWriter, BreaksNoWordOfALabelOverAPartOfItsColumns) {
+  const auto openNarrowColumns = [](BpProcedure& procedure) {
+    BpPivotTable table = procedure.PivotTable(key("Properties"), plain("Properties"), true);
+    BpDimension rows = table.Dimension(plain("Variable"), BpSort::asMade);
+    rows.Position(BpPlace::rows, 1, false, false);
+    BpDimension columns = table.Dimension(plain("Attributes of Variables"), BpSort::asMade);
+    columns.Position(BpPlace::columns, 1, false, false);
+    rows.Category(plain("a variable of a long name"));
+    columns.Category(plain("Width")).Cell(count(8));
+    columns.Category(plain("Label")).Cell(plain("a label that is wide enough"));
+  };
+  for (const int width : {45, 50, 60}) {
+    std::string shown;
+    for (const std::string& line : linesOf(+openNarrowColumns, width)) {
+      EXPECT_LE(displayWidth(line), width) << line;
+      shown += line + '\n';
+    }
+    EXPECT_NE(shown.find("Attributes\n"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("\n\n"), std::string::npos) << "in panels:\n" << shown;
+  }
+}
+
+TEST(TerminalWriter, GivesUpTheWidthThatATableAsksForRatherThanBreakItApart) {
+  const auto panelsIn = [](int width) {
+    const std::vector<std::string> lines = linesOf(&openMismatchesByVariable, width);
+    return std::count_if(lines.begin(), lines.end(),
+                         [](const std::string& line) { return line.starts_with("age (Age in years)"); });
+  };
+  for (int width = 38; width < 60; ++width) EXPECT_EQ(panelsIn(width), 1) << width;
+  EXPECT_EQ(panelsIn(34), 2);
+}
+
 std::string shownWith(void (*open)(BpProcedure&), const TextOptions& options) {
   RunningCommand command;
   {
@@ -238,7 +270,7 @@ TEST(TerminalWriter, ShortensLongBlocksOfRowsUnlessAllAreWanted) {
   const auto many = [](BpProcedure& procedure) { openManyValueLabels(procedure, 500); };
   const std::string shown = shownWith(+many, {.wording = english()});
   EXPECT_NE(shown.find("20     label 20\n"), std::string::npos) << shown;
-  EXPECT_NE(shown.find("\n          … 480 more\nsex "), std::string::npos) << shown;
+  EXPECT_NE(shown.find("\n          … 480 more (--full)\nsex "), std::string::npos) << shown;
   EXPECT_EQ(shown.find("label 21"), std::string::npos);
   const std::string full = shownWith(+many, {.wording = english(), .full = true});
   EXPECT_NE(full.find("500    label 500\n"), std::string::npos);
@@ -257,7 +289,7 @@ TEST(TerminalWriter, ShortensLongListsUnlessAllAreWanted) {
   BpError(list, BpErrorShow::results, BpErrorLevel::note);
   const Document document = command.intoDocument();
   const std::string shown = textOfDocument(document, {.wording = english(), .width = 0});
-  EXPECT_TRUE(shown.ends_with("v19, v20, … 12 more.\n")) << shown;
+  EXPECT_TRUE(shown.ends_with("v19, v20, … 12 more (--full).\n")) << shown;
   const std::string full = textOfDocument(document, {.wording = english(), .width = 0, .full = true});
   EXPECT_TRUE(full.ends_with("v31, v32.\n")) << full;
 }

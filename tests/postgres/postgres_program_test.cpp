@@ -97,6 +97,8 @@ TEST(PostgresPasswords, AreInNoErrorWhateverIsWrongWithTheCommand) {
       {"compare", reference, "b.csv", "--rename", reference},
       {"compare", reference, "b.csv", "--matched", reference},
       {"compare", reference, "b.csv", "-o", reference},
+      {"compare", reference, "b.csv", "--lang", reference},
+      {"compare", "--lang=" + reference},
       {"compare", reference, "b.csv", "--journal", reference},
       {"compare", reference, "b.csv", "--password-file", reference},
       {"compare", noSuchTable, "b.csv"},

@@ -80,7 +80,7 @@ PostgresServer::PostgresServer() {
 
 PostgresServer::~PostgresServer() {
   if (process_ > 0) {
-    ::kill(process_, SIGINT);
+    ::kill(process_, SIGQUIT);  // nothing of it is to be kept
     ::waitpid(process_, nullptr, 0);
   }
   std::error_code ignored;

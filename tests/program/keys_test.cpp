@@ -35,6 +35,22 @@ TEST(Keys, ThatAreRepeatedAreCountedOnceAndTheLowestIsNamedWithItsRows) {
   }
 }
 
+TEST(Keys, AreToldInTheNumbersAndDatesOfTheLanguageToPeopleOnly) {
+  std::string active = "day,part,x\n";
+  for (int row = 0; row < 1300; ++row) active += "2026-11-22,1.25,1\n";
+  active += "2026-11-23,2.5,1\n2026-11-23,2.5,1\n";
+  const TwoFiles files(active, "day,part,x\n2026-11-22,1.25,1\n");
+  const std::vector<std::string> german = {"compare", "a.csv", "b.csv", "--id", "day,part", "--lang", "de"};
+  const std::string told = files.folder.run(german).err;
+  EXPECT_EQ(
+      told.substr(0, told.find(": Es gibt")),
+      "Hinweis: Dataset active: 2 Werte von day, part stehen in je mehreren Fällen, zusammen in 1.302 Fällen; der "
+      "niedrigste\nist 22.11.2026, 1,25, in den Zeilen 1, 2, 3, 4, 5, … 1.295 weitere.\n");
+  EXPECT_EQ(messagesOf(files.folder.results(german)).substr(0, 191),
+            "1: Dataset active: 2 Werte von day, part stehen in je mehreren Fällen, zusammen in 1302 Fällen; der "
+            "niedrigste ist 2026-11-22, 1.25, in den Zeilen 1, 2, 3, 4, 5, … 1295 weitere.\n");
+}
+
 TEST(Keys, ArePairedInTheOrderOfTheFileWhereTheyAreRepeated) {
   const TwoFiles files("id,x\n2,first\n1,only\n2,second\n", "id,x\n1,only\n2,first\n2,other\n");
   const auto results = files.folder.results({"compare", "a.csv", "b.csv", "--id", "id"});

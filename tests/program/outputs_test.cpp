@@ -127,6 +127,25 @@ TEST(Outputs, NeverReplaceWhatIsRead) {
   EXPECT_EQ(files.folder.read("b.schema.json"), schema);
 }
 
+// A file that standard output is redirected to holds whatever goes there, in the order in which it came about.
+TEST(Outputs, OfTheJournalToAStreamStandBeforeTheResultsThatGoThereToo) {
+  const TwoFiles files;
+  const std::string run = "{ echo before; program --show-syntax --journal /dev/stdout -o /dev/stdout --format json; }";
+  EXPECT_EQ(files.shell(run + " >both"), 1);
+  const std::string both = files.folder.read("both");
+  const std::vector<std::string> inOrder = {
+      "before\nOPEN DATA",    "\nCOMPARE DATASETS\n",   "\n# COMPARE DATASETS\n",
+      "UniversalParser#1 = ", "\n~UniversalParser#1\n", "\"verdict\": \"different\""};
+  std::size_t at = 0;
+  for (const std::string& part : inOrder) {
+    at = both.find(part, at);
+    ASSERT_NE(at, std::string::npos) << part << " is not in its place in:\n" << both;
+  }
+  EXPECT_EQ(files.shell("program --journal /dev/stdout >alone; program --journal /dev/fd/3 3>third; "
+                        "program --journal plain; cmp alone plain && cmp third plain"),
+            0);
+}
+
 TEST(Outputs, NeverReplaceWhatAJobReadsOrSaves) {
   const TwoFiles files;
   const std::string job = "OPEN DATA FILE='a.csv'.\nSAVE DATA FILE='saved.csv'.\nOPEN DATA FILE='b.csv'.\n";
@@ -232,11 +251,30 @@ TEST(Outputs, OfAFullDiskAreNotPutInPlaceByHalf) {
   EXPECT_EQ(files.folder.names(), names) << "the empty n.csv fits, m.csv does not";
 }
 
+// However little memory there is: the program says so with its status, and is never ended by a fault.
+TEST(Outputs, OfAProgramWithoutMemoryAreTrouble) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "a sanitizer needs all addresses";
+#endif
+  const TwoFiles files(20'000);
+  int troubles = 0;
+  for (int kibibytes = 50'000; kibibytes <= 200'000; kibibytes += 7'500) {
+    const int status = files.shell("ulimit -c 0; ulimit -v " + std::to_string(kibibytes) + "; program -o r.html");
+    const bool isUnstarted = status == 127;  // there was no room for its libraries
+    EXPECT_TRUE(isUnstarted || status == 1 || status == 2) << kibibytes << ": " << status;
+    troubles += status == 2 ? 1 : 0;
+  }
+  EXPECT_GT(troubles, 0);
+}
+
 TEST(Outputs, ToAFullDeviceAreTrouble) {
   const TwoFiles files(2'000);
   EXPECT_EQ(files.shell("program -o /dev/full --format json"), 2);
   EXPECT_EQ(files.shell("'" PROGRAM "' compare a.csv b.csv --id id > /dev/full"), 2);
   EXPECT_EQ(files.shell("program --journal /dev/full"), 2);
+  EXPECT_EQ(files.shell("program --show-syntax > /dev/full"), 2);
+  EXPECT_EQ(files.shell("'" PROGRAM "' --help > /dev/full"), 2);
+  EXPECT_EQ(files.shell("echo secret | XDG_CONFIG_HOME=. '" PROGRAM "' encode-password > /dev/full"), 2);
   fs::create_symlink("/dev/full", files.folder.path("m.csv"));
   EXPECT_EQ(files.shell("program --mismatched n.csv --matched m.csv"), 2);
   EXPECT_FALSE(files.folder.has("n.csv"));

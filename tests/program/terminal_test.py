@@ -3,15 +3,18 @@
 Usage: terminal_test.py PROGRAM [unittest arguments]. Every run has a pseudo-terminal for standard error, or for all.
 """
 
+import fcntl
 import os
 import pty
 import random
 import re
 import select
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import unittest
 import pathlib
@@ -34,8 +37,9 @@ def make_files(folder):
 class Run:
     """The program with a pseudo-terminal as standard error; what it writes there is collected."""
 
-    def __init__(self, folder, *arguments, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, **options):
+    def __init__(self, folder, *arguments, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, columns=0, **options):
         self.master, slave = pty.openpty()
+        fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
         environment = {name: value for name, value in os.environ.items() if name not in ("NO_COLOR", "COLUMNS")}
         environment["LC_ALL"] = "C.UTF-8"
         self.process = subprocess.Popen(
@@ -171,6 +175,19 @@ class Terminal(unittest.TestCase):
         run.read(until=b"%")
         run.process.send_signal(signal.SIGHUP)
         self.assertEqual(run.ended(), 0)
+
+    def test_messages_fit_the_window_as_results_do(self):
+        names = [f"a_long_name_{number}" for number in range(30)]
+        (self.folder / "c.csv").write_text("id,x\n1,1\n")
+        (self.folder / "d.csv").write_text(f"id,x,{','.join(names)}\n1,1{',' * len(names)}\n")
+        for columns in (60, 100):
+            for stdout in (subprocess.DEVNULL, "terminal"):
+                run = Run(self.folder, "compare", "c.csv", "d.csv", "--id", "id", stdout=stdout, columns=columns)
+                self.assertEqual(run.ended(), 0)
+                lines = re.sub(r"\x1b\[[\d;]*[mK]|\r", "", run.shown.decode()).splitlines()
+                self.assertIn("30 variables stand only in dataset", " ".join(lines))
+                self.assertLessEqual(max(map(len, lines)), columns)
+                self.assertGreater(max(map(len, lines)), columns - 20)
 
     def test_colour_is_shown_at_a_terminal_only_unless_told(self):
         (self.folder / "c.csv").write_text("id,x\n1,1\n2,2\n")

@@ -9,7 +9,7 @@ namespace workbench::text {
 
 namespace {
 
-constexpr std::size_t codeKept = 20;
+constexpr std::size_t codeKept = 30;
 constexpr char literalMark = '\1';  // stands for a literal in the code
 
 struct Scan {
@@ -58,7 +58,7 @@ struct Scan {
   }
 
   void step() {
-    const bool isInWord = !code.empty() && (std::isalnum(static_cast<unsigned char>(code.back())) != 0);
+    const bool isInWord = at > 0 && (std::isalnum(static_cast<unsigned char>(source[at - 1])) != 0);
     if (here("//")) {
       skipTo("\n");
     } else if (here("/*")) {

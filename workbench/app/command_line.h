@@ -1,6 +1,7 @@
 // The command line: what the program was asked to do.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 
 #include "workbench/app/compare_job.h"
 #include "workbench/runtime/outcome.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::app {
 
@@ -81,9 +83,11 @@ using ProgramCommand = std::variant<CompareCommand, RunCommand, DescribeCommand,
 struct ProgramOptions {
   std::vector<std::string> pluginFolders;  // beside the program's own
   ProgramCommand command;
+  std::unique_ptr<text::Wording> wording;  // the language in which all of it is told; none to show a text
 };
 
-// What stands wrong on the command line is a problem that says what to write.
+// What stands wrong on the command line is a problem that says what to write, in the language that was asked for or is
+// the environment's; help is in that language, too.
 Outcome<ProgramOptions> readCommandLine(int argumentCount, const char* const* arguments);
 
 }  // namespace workbench::app

@@ -20,10 +20,10 @@ struct KeyedDataset {
 };
 
 // Requires: the cases were out of order.
-std::string sortNote(const KeyedDataset& sorted, const data::SortResult& result);
+output::Text sortNote(const KeyedDataset& sorted, const data::SortResult& result);
 
 // Sentences; none when the cases are in order and every key is there once.
-std::vector<std::string> keyNotes(const KeyedDataset& keyed, const data::KeyFindings& findings);
+std::vector<output::Text> keyNotes(const KeyedDataset& keyed, const data::KeyFindings& findings);
 
 // The variables of the dataset that the other one has not, by their names; nothing when there is none.
 std::optional<output::Text> onlyThereNote(const std::string& name, const data::Dictionary& dictionary,

@@ -211,8 +211,9 @@ bool tellKeys(const Surroundings& at, const std::string& name, const data::SortT
     problem.where = name;
     return at.run.refuse(problem);
   }
-  for (const std::string& note : keyNotes({name, task.dataset, task.request.by}, *findings))
-    at.run.say(BpErrorLevel::note, note);
+  for (output::Text& note : keyNotes({name, task.dataset, task.request.by}, *findings)) {
+    at.run.say(BpErrorLevel::note, std::move(note));
+  }
   return true;
 }
 

@@ -1,4 +1,5 @@
 #include <iostream>
+#include <utility>
 
 #include "workbench/app/command_line.h"
 #include "workbench/app/program.h"
@@ -7,10 +8,10 @@
 
 int main(int argumentCount, char** arguments) {
   workbench::endOnInterruption();
-  const auto options = workbench::app::readCommandLine(argumentCount, arguments);
+  auto options = workbench::app::readCommandLine(argumentCount, arguments);
   if (!options) {
     std::cerr << workbench::output::visible(options.problem().text()) << '\n';
     return 2;
   }
-  return workbench::app::runProgram(*options);
+  return workbench::app::runProgram(std::move(*options));
 }

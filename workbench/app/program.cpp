@@ -5,15 +5,16 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <exception>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
+#include <memory>
+#include <new>
 #include <optional>
 #include <system_error>
 
 #include "workbench/app/job_runner.h"
+#include "workbench/app/journal_file.h"
 #include "workbench/app/named_files.h"
 #include "workbench/app/password_encoding.h"
 #include "workbench/app/password_files.h"
@@ -21,11 +22,9 @@
 #include "workbench/app/progress_line.h"
 #include "workbench/app/results_output.h"
 #include "workbench/app/session.h"
+#include "workbench/app/spoken_language.h"
 #include "workbench/app/verdict.h"
-#include "workbench/data/data_file.h"
-#include "workbench/data/descriptors/dictionary_place.h"
 #include "workbench/data/files/openpgp_message.h"
-#include "workbench/data/files/path_target.h"
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/kinds/data_kind.h"
 #include "workbench/data/working/password_decoder.h"
@@ -33,7 +32,6 @@
 #include "workbench/output/display_text.h"
 #include "workbench/runtime/current_run.h"
 #include "workbench/runtime/interruption.h"
-#include "workbench/runtime/journal.h"
 #include "workbench/text/diagnostics.h"
 
 namespace workbench::app {
@@ -80,6 +78,13 @@ Outcome<Done> checkOutputNames(const PasswordFiles& files, const std::vector<std
                  text::sentence("Leave the option out, or say what is to be saved.")};
 }
 
+// On standard output at once: the journal may go there as well.
+Outcome<Done> show(const std::string& words) {
+  std::cout << words << std::flush;
+  if (std::cout) return Done{};
+  return Problem{text::sentence("Standard output takes nothing more."), "", ""};
+}
+
 std::string namesOf(const std::vector<std::string>& names) {
   std::string list;
   for (const std::string& name : names) list += (list.empty() ? "" : " ") + quotedInJob(name);
@@ -98,7 +103,7 @@ Outcome<Job> jobOf(const CompareCommand& compare) {
   if (!compare.propertiesAreAsked && bothBringDictionaries()) request.properties = {"all"};
   if (compare.showSyntax) {
     request.passwords = hidden(*passwords);
-    std::cout << compareJob(request) << '\n';
+    if (auto shown = show(compareJob(request) + '\n'); !shown) return shown.problem();
   }
   request.passwords = *passwords;
   return Job{std::string_view(compareJob(request)), OnError::goOnToComparison};
@@ -151,24 +156,6 @@ const OutputChoice& outputOf(const ShowText&) {
 }
 const OutputChoice& outputOf(const EncodePasswordCommand&) { return outputOf(ShowText()); }
 
-// The locale that the environment names for one purpose.
-std::string localeFromEnvironment(const char* purpose) {
-  for (const char* name : {"LC_ALL", purpose, "LANG"}) {
-    const char* value = std::getenv(name);
-    if (value != nullptr && *value != '\0') return value;
-  }
-  return {};
-}
-
-// A language that was asked for has to be there; the environment's may be missing, and then it is English.
-Outcome<std::unique_ptr<text::Wording>> loadWording(const std::string& asked) {
-  if (!asked.empty()) return text::Wording::load(asked);
-  const std::string numbers = localeFromEnvironment("LC_NUMERIC");
-  auto fromEnvironment = text::Wording::load(localeFromEnvironment("LC_MESSAGES"), numbers);
-  if (fromEnvironment) return fromEnvironment;
-  return text::Wording::load("en", numbers);
-}
-
 Outcome<Done> loadPlugins(Plugins& plugins, const std::vector<std::string>& folders) {
   std::error_code error;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -182,38 +169,9 @@ Outcome<Done> loadPlugins(Plugins& plugins, const std::vector<std::string>& fold
   return Done{};
 }
 
-// Before, between and after the commands of a job, too.
-class WordingInForce {
- public:
-  explicit WordingInForce(const text::Wording& wording) { currentRun().wording = &wording; }
-  WordingInForce(const WordingInForce&) = delete;
-  WordingInForce& operator=(const WordingInForce&) = delete;
-  ~WordingInForce() { currentRun().wording = nullptr; }
-};
-
 int fail(const Problem& problem) {
   std::cerr << output::visible(problem.text()) << '\n';
   return troubleStatus;
-}
-
-bool isNamedAsData(const std::string& path) { return data::dataKind(path) || data::isSchemaName(path); }
-
-Problem unwritableJournal(const std::string& path) {
-  return {text::sentence("The journal cannot be written."), path,
-          text::sentence("Name a file in a folder that you can write to.")};
-}
-
-// Lines go to the file as they are written, so that a run that ends badly can be looked into.
-Outcome<Done> startJournal(const std::string& path, std::ofstream& file) {
-  // It is begun before a job says what it opens, so nothing that looks like data is ever replaced.
-  if (isNamedAsData(path) || isNamedAsData(data::linkTarget(path).string())) {
-    return Problem{text::sentence("The journal is no data, and the name is that of a data file."), path,
-                   text::sentence("Choose another name.")};
-  }
-  file.open(path, std::ios::binary | std::ios::trunc);
-  if (!file) return unwritableJournal(path);
-  journal().sendTo([&file](std::string_view line) { file << line << '\n'; });
-  return Done{};
 }
 
 bool showsProgress(const OutputChoice& choice) {
@@ -244,55 +202,64 @@ Outcome<Secret> passwordToEncode() {
   return firstLineOf(STDIN_FILENO, text::sentence("standard input"));
 }
 
-int encodePassword(const EncodePasswordCommand& encode) {
-  const auto wording = loadWording(encode.language);
-  if (!wording) return fail(wording.problem());
-  currentRun().wording = wording->get();
+int encodePassword() {
   const auto password = passwordToEncode();
   if (!password) return fail(password.problem());
   if (const auto usable = data::checkPassword(*password); !usable) return fail(usable.problem());
   const auto encoded = encodedPassword(*password);
   if (!encoded) return fail(encoded.problem());
-  std::cout << *encoded << '\n';
-  return 0;
+  const auto shown = show(*encoded + '\n');
+  return shown ? 0 : fail(shown.problem());
 }
 
-}  // namespace
+// Requires: the command is none that only shows a text.
+int runCommand(Session& session, const ProgramOptions& options) {
+  if (std::holds_alternative<EncodePasswordCommand>(options.command)) return encodePassword();
 
-int runProgram(const ProgramOptions& options) {
-  if (const auto* show = std::get_if<ShowText>(&options.command)) {
-    std::cout << show->text;
-    return 0;
-  }
-  if (const auto* encode = std::get_if<EncodePasswordCommand>(&options.command)) return encodePassword(*encode);
   const OutputChoice& choice =
       std::visit([](const auto& command) -> const OutputChoice& { return outputOf(command); }, options.command);
-
-  Session session;
-  auto wording = loadWording(choice.language);
-  if (!wording) return fail(wording.problem());
-  session.wording = std::move(*wording);
-  const WordingInForce inForce(*session.wording);
   if (const auto named = checkNamedFiles(options.command); !named) return fail(named.problem());
   if (const auto loaded = loadPlugins(session.plugins, options.pluginFolders); !loaded) return fail(loaded.problem());
   auto results = ResultsOutput::open(choice, *session.wording);
   if (!results) return fail(results.problem());
-  std::ofstream journalFile;
+  std::unique_ptr<JournalFile> journalFile;
   if (choice.journal) {
-    if (const auto started = startJournal(*choice.journal, journalFile); !started) return fail(started.problem());
+    auto begun = JournalFile::begin(*choice.journal);
+    if (!begun) return fail(begun.problem());
+    journalFile = std::move(*begun);
   }
-  currentRun().wording = session.wording.get();  // of what is asked and refused before the first command
   auto job = std::visit([](const auto& command) { return jobOf(command); }, options.command);
   if (!job) return fail(job.problem());
   data::setPasswordDecoder(decodedPassword);
   runShown(session, *job, choice);
   job->text = {};
   data::forgetPasswords();
-  journal().sendTo({});
+  const Outcome<Done> journaled = journalFile ? journalFile->end() : Outcome<Done>(Done{});
   (*results)->writeDiagnostics(session.document);
   if (const auto written = (*results)->write(session.document); !written) return fail(written.problem());
-  if (choice.journal && !journalFile.flush()) return fail(unwritableJournal(*choice.journal));
+  if (!journaled) return fail(journaled.problem());
   return exitStatus(session.document.verdict);
+}
+
+}  // namespace
+
+int runProgram(ProgramOptions options) {
+  if (const auto* help = std::get_if<ShowText>(&options.command)) {
+    const auto shown = show(help->text);
+    return shown ? 0 : fail(shown.problem());
+  }
+  Session session;
+  session.wording = std::move(options.wording);
+  const WordingInForce inForce(*session.wording);  // before, between and after the commands of a job, too
+  try {
+    return runCommand(session, options);
+  } catch (const std::bad_alloc&) {
+    beforeInterruptedEnd({});
+    return fail({text::sentence("There is not enough memory."), "", ""});
+  } catch (const std::exception& error) {  // what a library lacks, or a fault of this program
+    beforeInterruptedEnd({});
+    return fail({text::sentence("^1 was ended by an error: ^2", {"compare-datasets", error.what()}), "", ""});
+  }
 }
 
 }  // namespace workbench::app

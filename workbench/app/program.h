@@ -6,6 +6,6 @@
 namespace workbench::app {
 
 // 0 nothing differs, 1 something differs, 2 trouble.
-int runProgram(const ProgramOptions& options);
+int runProgram(ProgramOptions options);
 
 }  // namespace workbench::app

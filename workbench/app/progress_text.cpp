@@ -20,7 +20,7 @@ constexpr double firstMoment = 0.3;  // seconds before which a speed says nothin
 constexpr double longestTimeLeft = 100 * 3600.0;
 
 // Three digits: 1.20 M, 45.6 k, 789.
-std::string shortNumber(double number) {
+std::string shortNumber(double number, const text::LocaleForms& forms) {
   struct Magnitude {
     double unit;
     const char* sign;
@@ -28,16 +28,17 @@ std::string shortNumber(double number) {
   for (const Magnitude magnitude : {Magnitude{1e9, " G"}, Magnitude{1e6, " M"}, Magnitude{1e3, " k"}}) {
     if (number < magnitude.unit) continue;
     const double shown = number / magnitude.unit;
-    return fmt::format("{:.{}f}{}", shown, shown < 10 ? 2 : (shown < 100 ? 1 : 0), magnitude.sign);
+    const int decimals = shown < 10 ? 2 : (shown < 100 ? 1 : 0);
+    return text::withDecimalMark(fmt::format("{:.{}f}{}", shown, decimals, magnitude.sign), forms);
   }
   return fmt::format("{:.0f}", number);
 }
 
 std::string speedText(const Activity::View& view, double perSecond, const text::Wording& wording) {
   if (view.unit == Activity::Unit::cases) {
-    return output::shownSentence(sentence("^1 cases/s"), {shortNumber(perSecond)}, wording);
+    return output::shownSentence(sentence("^1 cases/s"), {shortNumber(perSecond, wording.forms())}, wording);
   }
-  return output::shownSentence(sentence("^1B/s"), {shortNumber(perSecond)}, wording);
+  return output::shownSentence(sentence("^1B/s"), {shortNumber(perSecond, wording.forms())}, wording);
 }
 
 // 0:07, 12:34, 1:02:03.
@@ -61,7 +62,8 @@ std::string progressText(const Activity::View& view, std::chrono::duration<doubl
   const bool isKnown = view.expected > 0 && view.done <= view.expected;
   if (isKnown) {
     const double share = static_cast<double>(view.done) / static_cast<double>(view.expected);
-    add(fmt::format("{:.0f}%", std::floor(share * 100)));
+    const text::LocaleForms& forms = wording.forms();
+    add(fmt::format("{}{:.0f}{}", forms.beforePercentage, std::floor(share * 100), forms.behindPercentage));
   }
   if (elapsed.count() < firstMoment || view.done <= 0) return text;
   const double perSecond = static_cast<double>(view.done) / elapsed.count();

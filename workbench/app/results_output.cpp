@@ -1,17 +1,16 @@
 #include "workbench/app/results_output.h"
 
 #include <fmt/format.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <string_view>
 
 #include "host/messages.h"
+#include "workbench/app/terminal_width.h"
 #include "workbench/app/verdict.h"
 #include "workbench/data/files/output_stream.h"
 #include "workbench/data/files/path_target.h"
@@ -29,19 +28,7 @@ using output::OutputFormat;
 // Of a file or a pipe that nobody told the width of.
 constexpr int ordinaryWidth = 120;
 
-int terminalWidth() {
-  if (const char* columns = std::getenv("COLUMNS")) {
-    const std::string_view text(columns);
-    int width = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), width);
-    if (error == std::errc() && end == text.data() + text.size() && width > 0) return width;
-  }
-  winsize window{};
-  if (isatty(STDOUT_FILENO) != 0 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 0) {
-    return window.ws_col;
-  }
-  return ordinaryWidth;
-}
+int widthOf(int descriptor) { return terminalWidth(descriptor).value_or(ordinaryWidth); }
 
 // At a terminal that can show it, unless the environment asks for none.
 bool showsColor(const OutputChoice& choice, int descriptor) {
@@ -165,8 +152,10 @@ Outcome<std::unique_ptr<ResultsOutput>> ResultsOutput::open(const OutputChoice& 
 }
 
 void ResultsOutput::writeDiagnostics(const Document& document) const {
-  const output::TextOptions options{
-      .wording = wording_, .width = ordinaryWidth, .color = showsColor(choice_, STDERR_FILENO), .full = choice_.full};
+  const output::TextOptions options{.wording = wording_,
+                                    .width = widthOf(STDERR_FILENO),
+                                    .color = showsColor(choice_, STDERR_FILENO),
+                                    .full = choice_.full};
   if (choice_.onlyTable && !choice_.quiet) warnOfMissingTable(document);
   for (const auto& command : document.commands) {
     if (!choice_.quiet || command->outcome != Command::Outcome::completed) {
@@ -182,7 +171,7 @@ void ResultsOutput::warnOfMissingTable(const Document& document) const {
   const std::string missing = text::sentence("There is no table ^1 among the results.", {*choice_.onlyTable});
   const std::string there = text::sentence("There are: ^1.", {fmt::format("{}", fmt::join(keys, ", "))});
   output::writeMessage(std::cerr, output::hostMessage(BpErrorLevel::warning, missing + ' ' + there),
-                       {.wording = wording_, .width = ordinaryWidth});
+                       {.wording = wording_, .width = widthOf(STDERR_FILENO)});
 }
 
 Outcome<Done> ResultsOutput::write(Document& document) const {
@@ -195,7 +184,7 @@ Outcome<Done> ResultsOutput::write(Document& document) const {
   if (!toFile && choice_.quiet) return Done{};
   output::TextOptions options{
       .wording = wording_,
-      .width = toFile ? ordinaryWidth : terminalWidth(),
+      .width = toFile ? ordinaryWidth : widthOf(STDOUT_FILENO),
       .color = toFile ? choice_.color == Appearance::always : showsColor(choice_, STDOUT_FILENO),
       .full = choice_.full,
       .moment = moment_};

@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "workbench/text/utf8.h"
+#include "workbench/text/wording.h"
 
 namespace workbench::output {
 namespace {
@@ -38,7 +39,7 @@ class Breaks {
   explicit Breaks(Make make) {
     UErrorCode status = U_ZERO_ERROR;
     iterator_.reset(make(icu::Locale::getRoot(), status));
-    if (U_FAILURE(status)) throw std::runtime_error("ICU's data for dividing texts cannot be loaded.");
+    if (U_FAILURE(status)) throw std::runtime_error(text::sentence("ICU's data for dividing texts cannot be loaded."));
   }
 
   std::vector<std::size_t> of(std::string_view text) {

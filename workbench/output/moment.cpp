@@ -36,9 +36,9 @@ std::string shownMoment(std::int64_t moment, const std::string& language) {
   const icu::Locale locale(language.c_str());
   const std::unique_ptr<icu::DateTimePatternGenerator> patterns(
       icu::DateTimePatternGenerator::createInstance(locale, status));
-  if (U_FAILURE(status)) throw std::runtime_error("ICU's data for dates cannot be loaded.");
+  if (U_FAILURE(status)) throw std::runtime_error(text::sentence("ICU's data for dates cannot be loaded."));
   icu::SimpleDateFormat format(patterns->getBestPattern("yMMMMdHHmm", status), locale, status);
-  if (U_FAILURE(status)) throw std::runtime_error("ICU's data for dates cannot be loaded.");
+  if (U_FAILURE(status)) throw std::runtime_error(text::sentence("ICU's data for dates cannot be loaded."));
   format.setTimeZone(*icu::TimeZone::getGMT());
   icu::UnicodeString wide;
   format.format(static_cast<UDate>(moment) * 1000, wide);

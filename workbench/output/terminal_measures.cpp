@@ -33,15 +33,21 @@ int longestWord(std::string_view text) {
 
 TerminalMeasures::TerminalMeasures(const TableLayout& layout, const TextOptions& options)
     : layout_(layout), options_(options), limit_(options.width > 0 ? options.width : unlimited) {
-  measureCells();
-  widenForLabels();
   measureRowLabels();
+  measureColumns(std::clamp(layout_.table->minDataColumnWidth.value_or(0) / pointsPerCharacter, 1, widestText));
+  if (!fitsIntoALine()) measureColumns(1);  // rather together in their narrowest than wide and apart
   narrowTexts();
+  widenForParts();
 }
 
-void TerminalMeasures::measureCells() {
-  const int hint = layout_.table->minDataColumnWidth.value_or(0) / pointsPerCharacter;
-  columns_.assign(static_cast<std::size_t>(layout_.columns), {std::clamp(hint, 1, widestText), 0, 0, false});
+void TerminalMeasures::measureColumns(int narrowest) {
+  measureCells(narrowest);
+  widenForLabels();
+  setStarts();
+}
+
+void TerminalMeasures::measureCells(int narrowest) {
+  columns_.assign(static_cast<std::size_t>(layout_.columns), {narrowest, 0, 0, false});
   std::vector<bool> hasNumbers(columns_.size(), false);
   std::vector<bool> hasTexts(columns_.size(), false);
   for (const PlacedCell& placed : layout_.placedCells) {
@@ -115,7 +121,7 @@ void TerminalMeasures::narrowTexts() {
   const int room = std::max(limit_ - bodyStart(), narrowestRowLabel);
   for (std::size_t number = 0; number < columns_.size(); ++number) narrow(number, room);
   setStarts();
-  if (bodyStart() + spanWidth(0, layout_.columns) <= limit_) return;
+  if (fitsIntoALine()) return;
   while (repeatedKeys_ < layout_.keyColumns && spanWidth(0, repeatedKeys_ + 1) + gap <= room / 2) ++repeatedKeys_;
   for (const HeaderCell& label : layout_.columnHeaders) {  // whole groups, but for the first one
     const bool isCut = label.column < repeatedKeys_ && repeatedKeys_ < label.column + label.columnSpan;
@@ -128,6 +134,28 @@ void TerminalMeasures::narrowTexts() {
   }
   setStarts();
 }
+
+// A label over columns that are broken apart stands over each part of them, and no word of it is broken there.
+void TerminalMeasures::widenForParts() {
+  for (bool isWidened = true; isWidened;) {
+    isWidened = false;
+    for (const TerminalPanel& panel : panels()) {
+      for (const HeaderCell& label : layout_.columnHeaders) {
+        if (label.columnSpan == 1 || label.column < panel.repeated) continue;
+        const auto span = spanOf(label, panel);
+        if (!span) continue;
+        const int word = std::min({longestWord(terminalLabel(label)), longestLabelWord, limit_ - span->at});
+        if (word <= span->width) continue;
+        const std::int32_t last = std::min(label.column + label.columnSpan, panel.end) - 1;
+        columns_[static_cast<std::size_t>(last)].width += word - span->width;
+        setStarts();
+        isWidened = true;
+      }
+    }
+  }
+}
+
+bool TerminalMeasures::fitsIntoALine() const { return bodyStart() + spanWidth(0, layout_.columns) <= limit_; }
 
 void TerminalMeasures::setStarts() {
   starts_.assign(1, 0);

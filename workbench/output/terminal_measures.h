@@ -1,6 +1,7 @@
 // TerminalMeasures: how wide the columns and row labels of a table's grid are on a terminal, and where they stand.
 //
 // Invariant: a column is as wide as the widest number in it; a column of texts alone leaves room for the row labels.
+// The width that a table asks for its columns counts where it fits into a line.
 #pragma once
 
 #include <cstdint>
@@ -59,10 +60,13 @@ class TerminalMeasures {
   int labelWidth(const HeaderCell& label) const;
 
  private:
-  void measureCells();
+  void measureColumns(int narrowest);
+  void measureCells(int narrowest);
   void widenForLabels();
   void measureRowLabels();
   void narrowTexts();
+  void widenForParts();
+  bool fitsIntoALine() const;
   void setStarts();
   int labelsWidth() const;
   // The columns from `first` to before `end`, with the gaps between them.

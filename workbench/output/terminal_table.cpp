@@ -172,8 +172,8 @@ class TableDrawing {
   // Below the labels that the rows share, where the next one's own label would stand.
   void writeMoreRows(std::ostream& out, std::int32_t rows) {
     const std::int32_t level = std::min(1, layout_.headerColumns - 1);
-    canvas_.paint(0, measures_.labelAt(level),
-                  shownSentence(sentences::more, {std::to_string(rows)}, options_.wording));
+    const std::string sign = shownSentence(sentences::more, {std::to_string(rows)}, options_.wording);
+    canvas_.paint(0, std::clamp(measures_.limit() - displayWidth(sign), 0, measures_.labelAt(level)), sign);
     canvas_.writeTo(out);
   }
 

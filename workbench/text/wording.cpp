@@ -31,7 +31,8 @@ using Bundle = std::unique_ptr<UResourceBundle, CloseBundle>;
 constexpr const char* packageName = "wording";
 
 // What the workbench itself says, the language's name behind it.
-constexpr auto sentenceBundles = std::to_array({"sentences_", "sentences_descriptors_", "sentences_files_"});
+constexpr auto sentenceBundles =
+    std::to_array({"sentences_", "sentences_command_line_", "sentences_descriptors_", "sentences_files_"});
 
 // The keys of what a language says of dates: patterns of year, month and day, and of a date and a time of day.
 constexpr const char* dateForm = "date: ^1 (year), ^2 (month), ^3 (day)";
@@ -120,8 +121,8 @@ Outcome<std::unique_ptr<Wording>> Wording::load(std::string_view languageTag, st
   const std::vector<std::string> known = languages();
   const std::string language = languageOf(languageTag);
   if (std::find(known.begin(), known.end(), language) == known.end()) {
-    return Problem{fmt::format("There is no wording for the language \"{}\".", languageTag), "",
-                   fmt::format("Choose one of these: {}.", join(known))};
+    return Problem{sentence("There is no wording for the language \"^1\".", {languageTag}), "",
+                   sentence("Choose one of these: ^1.", {join(known)})};
   }
   std::unique_ptr<Wording> wording(new Wording);
   wording->language_ = language;

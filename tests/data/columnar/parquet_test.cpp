@@ -106,13 +106,7 @@ TEST(Parquet, TellsWhetherItsColumnsRise) {
 TEST(Parquet, ReadsTheWantedVariablesOnly) {
   const TestFolder folder;
   const SharedFile file = opened(parquetOf(folder, "a.parquet", "SELECT 1 AS a, 'x' AS b, 3 AS c"));
-  const auto reader = file->openReader(VariableSubset({2}));
-  CaseBlock block(3);
-  block.at(0)[0].number = -7;
-  reader->fill(block);
-  EXPECT_EQ(block.cases(), 1U);
-  EXPECT_EQ(block.at(0)[0].number, -7);
-  EXPECT_EQ(block.at(0)[2].number, 3);
+  expectOnlyTheThirdOfThreeIsRead(file);
 }
 
 }  // namespace

@@ -110,7 +110,7 @@ TEST(PostgresProblems, TellThatTheConnectionWasLostHalfWay) {
   CaseBlock block(CaseLayout(file->dictionary()).caseSlots);
   reader->fill(block);
   EXPECT_NE(block.cases(), 0U);
-  database.run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + database.name() +
+  database.run("SELECT pg_terminate_backend(pid, 10000) FROM pg_stat_activity WHERE datname = '" + database.name() +
                "' AND pid <> pg_backend_pid()");
   const std::string message = messageOf([&] {
     while (block.cases() != 0) reader->fill(block);

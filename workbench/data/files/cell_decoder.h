@@ -139,7 +139,8 @@ std::optional<std::size_t> CellDecoder::decodeTexts(const Column& column, const 
   const Cells own = cells;
   for (std::size_t row = 0; row < rows; ++row, values += caseSlots) {
     const std::string_view cell = own.text(row);
-    const std::string_view value = own.isNull(row) || holdsNoValue(cell) ? std::string_view("") : cell;
+    // An empty text stays where it is, too: what stands behind it can be read.
+    const std::string_view value = own.isNull(row) || holdsNoValue(cell) ? cell.substr(0, 0) : cell;
     if (value.size() > column.width) return row;
     if constexpr (Cells::arePadded && std::endian::native == std::endian::little) {
       storePadded(value, values, column.slotBytes);

@@ -297,6 +297,9 @@ struct MemoryAfterwards {
 };
 
 TEST(PasswordMemory, HoldsNoPasswordOfTheCommandLineAfterwards) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "a sanitizer has memory of its own";
+#endif
   const MemoryAfterwards memory;
   const auto words = memory.files.compare({"--limit", "none", "--mismatched", "d.csv.pgp", "--save-active", "s.csv.pgp",
                                            "--output-password-file", "third"});
@@ -306,6 +309,9 @@ TEST(PasswordMemory, HoldsNoPasswordOfTheCommandLineAfterwards) {
 }
 
 TEST(PasswordMemory, HoldsNoPasswordOfAJobAfterwards) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "a sanitizer has memory of its own";
+#endif
   const MemoryAfterwards memory;
   memory.files.folder.write("job.txt",
                             "OPEN DATA FILE='a.csv.pgp' PASSWORD='geheim-1' NAME=a.\n"

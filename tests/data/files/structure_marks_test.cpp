@@ -38,7 +38,8 @@ TEST(StructureMarks, AreTheSameByEveryWay) {
   StructureMarks plain;
   EXPECT_TRUE(
       rc::check([&](const std::vector<std::uint8_t>& picks, std::uint16_t repeat, std::uint8_t cut, bool hasQuotes) {
-        constexpr std::string_view characters{"a,\n\"\r\0;b1é\xFF\x8A|0z", 18};
+        using namespace std::string_view_literals;
+        constexpr std::string_view characters = "a,\n\"\r\0;b1é\xFF\x8A|0z"sv;
         std::string text;
         for (int round = 0; round <= repeat % 40; ++round) {
           for (const std::uint8_t pick : picks) text += pick < 128 ? 'x' : characters[pick % characters.size()];

@@ -95,6 +95,14 @@ TEST(KeyCheck, CountsValuesThatAreDeclaredMissing) {
   EXPECT_EQ(foundIn(*dataset, by({"k", "t"})), "; 2 missing from row 2");
 }
 
+TEST(KeyCheck, TakesACodeOfMissingValuesThatIsNoneForNoDeclaration) {
+  const auto dataset = keptDataset(data().numeric("k", {1, 7, 9}).text("t", 3, {"a", "na", "z"}));
+  for (const std::int32_t variable : {0, 1}) dataset->dictionary().at(variable).missing.code = 4;
+  dataset->dictionary().at(0).missing.values[0].number = 9;
+  std::memcpy(dataset->dictionary().at(1).missing.values[0].text, "na      ", 8);
+  EXPECT_EQ(foundIn(*dataset, by({"k", "t"})), "");
+}
+
 TEST(KeyCheck, TellsAfterASortWhatItFoundInRowsAsTheyLayBefore) {
   auto file =
       std::make_shared<MemoryFile>(data().numeric("k", {5, 2, 9, missing, 9, 2}).numeric("n", {0, 1, 2, 3, 4, 5}));

@@ -1,7 +1,9 @@
 #include "workbench/data/working/key_findings.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "workbench/data/working/case_filter.h"
 
@@ -11,7 +13,9 @@ namespace {
 bool isMissingText(const SortKey& key, const MissingValues& declared, const OBS* oneCase) {
   const OBS& beginning = oneCase[key.slot];
   const auto isDeclared = [&](const OBS& value) { return std::memcmp(value.text, beginning.text, sizeof(OBS)) == 0; };
-  const std::int32_t discrete = std::max(declared.code, 0);
+  // As for numbers, a code that is none declares nothing.
+  const bool isCode = declared.code >= 0 && declared.code <= std::ssize(declared.values);
+  const std::ptrdiff_t discrete = isCode ? declared.code : 0;
   return keyText(key, oneCase).empty() ||
          std::any_of(declared.values.begin(), declared.values.begin() + discrete, isDeclared);
 }

@@ -18,6 +18,16 @@ std::string folderOf(const TestFolder& folder, const Texts& queries) {
   return folder.path("data");
 }
 
+// Gives a column of a file another name as long as its own. Other programs write names that differ in case only; DuckDB
+// changes such names, but the footer, where they stand as they are, takes any.
+void renameColumn(const TestFolder& folder, std::string_view file, std::string_view from, std::string_view to) {
+  std::string bytes = folder.read(file);
+  ASSERT_NE(bytes.find(from), std::string::npos);
+  for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from))
+    bytes.replace(at, from.size(), to);
+  folder.write(file, bytes);
+}
+
 std::string packageOf(const TestFolder& folder, std::string_view resource) {
   folder.write("datapackage.json", fmt::format(R"({{"resources": [{{"name": "visits", {}}}]}})", resource));
   return folder.path("datapackage.json");
@@ -60,6 +70,42 @@ TEST(ParquetFolder, PairsColumnsByTheirNamesWhateverTheirOrder) {
   const SharedFile file = opened(data);
   EXPECT_EQ(shown(file), "1 2 / 3 4");
   EXPECT_EQ(file->warnings(), Texts());
+}
+
+TEST(ParquetFolder, HasEachOfTheColumnsWhoseNamesDifferInCaseOnlyOnce) {
+  const TestFolder folder;
+  const std::string data = folderOf(folder, {"SELECT 1 AS VISIT, 'a' AS OTHER", "SELECT 2 AS VISIT, 'b' AS OTHER"});
+  for (const char* const name : {"data/a.parquet", "data/b.parquet"}) renameColumn(folder, name, "OTHER", "visit");
+  const SharedFile file = opened(data);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(types(file), "VISIT F1.0, visit_1 A1");
+  EXPECT_EQ(shown(file), "1 'a' / 2 'b'");
+  EXPECT_EQ(file->warnings(), Texts());
+}
+
+TEST(ParquetFolder, IsRefusedWhereNamesThatDifferInCaseOnlyDoNotTellWhichColumnsBelongTogether) {
+  for (const char* const other :
+       {"SELECT 3 AS visit, 4 AS late", "SELECT 3 AS visit, 4 AS VISIT_1", "SELECT 3 AS VISIT"}) {
+    const TestFolder folder;
+    const std::string data = folderOf(folder, {"SELECT 1 AS VISIT, 2 AS OTHER", other});
+    renameColumn(folder, "data/a.parquet", "OTHER", "visit");
+    EXPECT_EQ(problemOf(folder, data),
+              "data/a.parquet: Column \"visit_1\" has no name of its own here (none, or that of another column but for "
+              "upper and lower case), and the files do not all have the same columns, so that names do not tell which "
+              "belong together. Give each column a name of its own.")
+        << other;
+  }
+}
+
+TEST(ParquetFolder, TakesLettersBeyondAsciiInAnotherCaseForOtherNames) {
+  const TestFolder folder;
+  const std::string data = folderOf(folder, {"SELECT 1 AS Ä, 2 AS ä", "SELECT 3 AS ä"});
+  const SharedFile file = opened(data);
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(shown(file), "1 2 / . 3");
+  EXPECT_EQ(file->warnings(), (Texts{"The name of column 2, \"ä\", repeats; the column is called \"ä_1\".",
+                                     "Column \"Ä\" is missing from 1 of 2 files, the first of them " +
+                                         folder.path("data/b.parquet") + "; it has no values there."}));
 }
 
 TEST(ParquetList, OfAPackageIsOneTableInItsOrderWithThePackagesDictionary) {

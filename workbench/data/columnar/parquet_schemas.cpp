@@ -4,14 +4,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 
 #include "workbench/data/files/duckdb_query.h"
-#include "workbench/text/folding.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
@@ -20,71 +18,44 @@ namespace {
 constexpr auto wholeNumbers = std::to_array<std::string_view>(
     {"TINYINT", "SMALLINT", "INTEGER", "BIGINT", "UTINYINT", "USMALLINT", "UINTEGER", "UBIGINT"});
 
-// An element of a file's schema; its children come behind it.
-struct Element {
-  std::string name;
-  std::size_t children = 0;
-  std::string type;
-};
-
 struct FileColumn {
   std::string name;
   std::string type;
+  bool isNamedByDuckDb;  // because it has no name, or that of another column, ASCII letters without regard to case
 };
 
-struct FileSchema {
-  std::string file;
-  std::vector<Element> elements;  // the first one is the row
-};
-
-Outcome<FileSchema> schemaOf(const std::string& opened, const std::string& shown) {
+// As DuckDB reads the file that it opens by this name.
+Outcome<std::vector<FileColumn>> columnsOf(const std::string& opened, const std::string& shown) {
   Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
-      fmt::format("SELECT name, coalesce(CAST(num_children AS VARCHAR), '0'), "
-                  "coalesce(duckdb_type, concat_ws(' ', converted_type, logical_type)) FROM parquet_schema({})",
+      fmt::format("SELECT column_name, column_type, column_name NOT IN (SELECT name FROM parquet_schema({0})) "
+                  "FROM (DESCRIBE FROM read_parquet({0}, hive_partitioning = false))",
                   sqlText(opened)));
   const auto inFile = [&](Problem problem) {
     problem.where = shown;
     return problem;
   };
   if (!query) return inFile(query.problem());
-  FileSchema schema{shown, {}};
+  std::vector<FileColumn> columns;
   const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
+    const auto* const isNamedByDuckDb = static_cast<const bool*>(chunk.values(2).first);
     for (std::size_t row = 0; row < chunk.rows(); ++row) {
-      Element& element = schema.elements.emplace_back();
-      element.name = chunk.column(0)[row];
-      const std::string_view children = chunk.column(1)[row];
-      std::from_chars(children.data(), children.data() + children.size(), element.children);
-      element.type = chunk.column(2)[row];
+      columns.push_back({std::string(chunk.column(0)[row]), std::string(chunk.column(1)[row]), isNamedByDuckDb[row]});
     }
   });
   if (!read) return inFile(read.problem());
-  return schema;
-}
-
-// Of the element at `next`, with all that is inside; `next` is behind it then.
-std::string wholeType(const std::vector<Element>& elements, std::size_t& next) {
-  const Element& element = elements[next++];
-  if (element.children == 0) return element.type;
-  std::string inside;
-  for (std::size_t child = 0; child < element.children && next < elements.size(); ++child) {
-    if (child != 0) inside += ", ";
-    inside += elements[next].name + " ";
-    inside += wholeType(elements, next);
-  }
-  return fmt::format("{}({})", element.type, inside);
-}
-
-std::vector<FileColumn> columnsOf(const FileSchema& schema) {
-  std::vector<FileColumn> columns;
-  for (std::size_t next = 1; next < schema.elements.size();) {
-    std::string name = schema.elements[next].name;
-    columns.push_back({std::move(name), wholeType(schema.elements, next)});
-  }
   return columns;
 }
 
 bool isWholeNumber(std::string_view type) {
   return std::find(wholeNumbers.begin(), wholeNumbers.end(), type) != wholeNumbers.end();
+}
+
+// What is the same for names that DuckDB takes for one: it knows the cases of ASCII letters only.
+std::string joinedBy(std::string name) {
+  for (char& letter : name) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return name;
 }
 
 // A column of the table, as the first file that has it tells it.
@@ -97,34 +68,43 @@ struct TableColumn {
 
 class TableColumns {
  public:
-  Outcome<Done> add(const FileSchema& schema) {
-    const std::vector<FileColumn> columns = columnsOf(schema);
+  Outcome<Done> add(const std::vector<FileColumn>& columns, const std::string& file) {
     for (const FileColumn& column : columns) {
-      const auto [place, isNew] = places_.emplace(text::foldedName(column.name), columns_.size());
-      if (isNew) columns_.push_back({column, schema.file, 0, firstFile_});
+      if (column.isNamedByDuckDb && !unnamed_) unnamed_ = {column.name, file};
+      const auto [place, isNew] = places_.emplace(joinedBy(column.name), columns_.size());
+      if (isNew) columns_.push_back({column, file, 0, firstFile_});
       TableColumn& known = columns_[place->second];
       ++known.files;
-      areSame_ = areSame_ && known.first.type == column.type && known.first.name == column.name;
+      areSame_ = areSame_ && known.first.type == column.type && known.first.name == column.name &&
+                 known.first.isNamedByDuckDb == column.isNamedByDuckDb;
       const bool canBeJoined =
           known.first.type == column.type || (isWholeNumber(known.first.type) && isWholeNumber(column.type));
       if (canBeJoined) continue;
       return Problem{text::sentence("Column \"^1\" is stored as ^2 here, and as ^3 in ^4.",
                                     {column.name, column.type, known.first.type, known.firstFile}),
-                     schema.file, text::sentence("Let all files of a table store it as one type.")};
+                     file, text::sentence("Let all files of a table store it as one type.")};
     }
     ++files_;
-    if (firstFile_.empty()) firstFile_ = schema.file;
+    if (firstFile_.empty()) firstFile_ = file;
     for (TableColumn& column : columns_) {
-      if (column.files < files_ && column.lackingFile.empty()) column.lackingFile = schema.file;
+      if (column.files == files_) continue;
+      areSame_ = false;
+      if (column.lackingFile.empty()) column.lackingFile = file;
     }
     return Done{};
   }
 
-  CommonColumns common() const {
+  Outcome<CommonColumns> common() const {
+    if (unnamed_ && !areSame_) {
+      return Problem{text::sentence("Column \"^1\" has no name of its own here (none, or that of another column but "
+                                    "for upper and lower case), and the files do not all have the same columns, so "
+                                    "that names do not tell which belong together.",
+                                    {unnamed_->column}),
+                     unnamed_->file, text::sentence("Give each column a name of its own.")};
+    }
     CommonColumns common{areSame_, {}};
     for (const TableColumn& column : columns_) {
       if (column.files == files_) continue;
-      common.areSame = false;
       common.warnings.push_back(text::sentence(
           "Column \"^1\" is missing from ^2 of ^3 files, the first of them ^4; it has no values there.",
           {column.first.name, fmt::to_string(files_ - column.files), fmt::to_string(files_), column.lackingFile}));
@@ -133,11 +113,17 @@ class TableColumns {
   }
 
  private:
+  struct Unnamed {
+    std::string column;
+    std::string file;
+  };
+
   std::vector<TableColumn> columns_;
-  std::unordered_map<std::string, std::size_t> places_;  // by name without regard to case, as DuckDB joins them
+  std::unordered_map<std::string, std::size_t> places_;  // by joinedBy()
   std::string firstFile_;
   std::size_t files_ = 0;
   bool areSame_ = true;
+  std::optional<Unnamed> unnamed_;  // the first column without a name of its own
 };
 
 }  // namespace
@@ -145,9 +131,9 @@ class TableColumns {
 Outcome<CommonColumns> commonColumns(const std::vector<std::string>& opened, const std::vector<std::string>& shown) {
   TableColumns columns;
   for (std::size_t file = 0; file < opened.size(); ++file) {
-    const Outcome<FileSchema> schema = schemaOf(opened[file], shown[file]);
-    if (!schema) return schema.problem();
-    if (const Outcome<Done> added = columns.add(*schema); !added) return added.problem();
+    const Outcome<std::vector<FileColumn>> ofFile = columnsOf(opened[file], shown[file]);
+    if (!ofFile) return ofFile.problem();
+    if (const Outcome<Done> added = columns.add(*ofFile, shown[file]); !added) return added.problem();
   }
   return columns.common();
 }

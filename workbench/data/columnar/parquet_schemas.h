@@ -17,7 +17,7 @@ struct CommonColumns {
 };
 
 // Of the files that DuckDB opens by these names and messages know by those. Fails when a column is of different types,
-// whole numbers of any size excepted.
+// whole numbers of any size excepted, and when names do not tell which columns of two files are one.
 Outcome<CommonColumns> commonColumns(const std::vector<std::string>& opened, const std::vector<std::string>& shown);
 
 }  // namespace workbench::data

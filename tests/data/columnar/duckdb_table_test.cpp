@@ -94,10 +94,9 @@ TEST(WrittenDuckDbTables, HaveColumnsOfTheirTypes) {
             folder.path("a.duckdb"));
   const std::string path = folder.path("a.duckdb");
   runSql(fmt::format("ATTACH {} AS looked_at (READ_ONLY)", sqlText(path)));
-  const auto query =
-      DuckDbQuery::start("SELECT string_agg(data_type, ' ') FROM duckdb_columns() WHERE table_name = 'a'");
-  ASSERT_TRUE(query && (*query)->nextChunk());
-  EXPECT_EQ((*query)->column(0)[0], "DOUBLE VARCHAR DATE TIME TIMESTAMP");
+  const auto types = firstText("SELECT string_agg(data_type, ' ') FROM duckdb_columns() WHERE table_name = 'a'");
+  ASSERT_TRUE(types) << types.problem().text();
+  EXPECT_EQ(*types, "DOUBLE VARCHAR DATE TIME TIMESTAMP");
   runSql("DETACH looked_at");
 }
 

@@ -36,13 +36,11 @@ Outcome<DuckDbTableName> tableToWrite(const std::string& database, const std::st
   const std::size_t point = wanted.find('.');
   if (point == std::string::npos) return DuckDbTableName{"main", wanted};
   DuckDbTableName inSchema{wanted.substr(0, point), wanted.substr(point + 1)};
-  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
-      fmt::format("SELECT schema_name FROM duckdb_schemas() WHERE database_name = {} AND schema_name = {}",
-                  sqlText(database), sqlText(inSchema.schema)));
-  if (!query) return query.problem();
-  const Outcome<bool> isThere = (*query)->nextChunk();
-  if (!isThere) return isThere.problem();
-  return *isThere ? inSchema : DuckDbTableName{"main", wanted};
+  const Outcome<std::optional<std::string>> schema =
+      firstText(fmt::format("SELECT schema_name FROM duckdb_schemas() WHERE database_name = {} AND schema_name = {}",
+                            sqlText(database), sqlText(inSchema.schema)));
+  if (!schema) return schema.problem();
+  return *schema ? inSchema : DuckDbTableName{"main", wanted};
 }
 
 }  // namespace workbench::data

@@ -28,13 +28,10 @@ constexpr std::string_view parquetEnding = ".parquet";
 
 // The dictionary in the metadata of the file that DuckDB opens under this name.
 Outcome<std::optional<DescribedTable>> descriptionIn(const std::string& file, const std::string& path) {
-  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(fmt::format(
-      "SELECT decode(value) FROM parquet_kv_metadata({}) WHERE key = encode({})", sqlText(file), sqlText(resourceKey)));
-  if (!query) return query.problem();
-  const Outcome<bool> isThere = (*query)->nextChunk();
-  if (!isThere) return isThere.problem();
-  if (!*isThere) return std::optional<DescribedTable>();
-  return describedByStored(std::optional(std::string((*query)->column(0)[0])), path);
+  return describedByStored(
+      firstText(fmt::format("SELECT decode(value) FROM parquet_kv_metadata({}) WHERE key = encode({})", sqlText(file),
+                            sqlText(resourceKey))),
+      path);
 }
 
 std::string sqlList(const std::vector<std::string>& names) {
@@ -181,18 +178,16 @@ class ParquetObject final : public StoredSource {
  private:
   // A store tells no more of an object than what is in it: how many rows, and the bytes of its parts.
   Outcome<Done> identify() {
-    Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
+    const Outcome<std::optional<std::string>> parts = firstText(
         fmt::format("SELECT concat_ws('|', count(*), sum(total_compressed_size), max(file_offset), sum(num_values), "
                     "hash(string_agg(concat(stats_min, stats_max, data_page_offset)))) FROM parquet_metadata({})",
                     sqlText(path_)));
-    const auto here = [&](Problem problem) {
+    if (!parts) {
+      Problem problem = parts.problem();
       problem.where = path_;
       return problem;
-    };
-    if (!query) return here(query.problem());
-    const Outcome<bool> isThere = (*query)->nextChunk();
-    if (!isThere) return here(isThere.problem());
-    identity_ = path_ + '|' + std::string((*query)->column(0)[0]);
+    }
+    identity_ = path_ + '|' + **parts;
     return Done{};
   }
 

@@ -4,6 +4,7 @@
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
+
 Outcome<std::unique_ptr<DuckDbQuery>> DuckDbQuery::start(const std::string& sql) {
   const Outcome<duckdb_database> database = duckDbDatabase();
   if (!database) return database.problem();
@@ -53,6 +54,15 @@ DuckDbQuery::Column DuckDbQuery::column(std::size_t index) const {
 std::pair<const void*, const std::uint64_t*> DuckDbQuery::values(std::size_t index) const {
   duckdb_vector vector = library_.duckdb_data_chunk_get_vector(chunk_, index);
   return {library_.duckdb_vector_get_data(vector), library_.duckdb_vector_get_validity(vector)};
+}
+
+Outcome<std::optional<std::string>> firstText(const std::string& sql) {
+  const Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(sql);
+  if (!query) return query.problem();
+  const Outcome<bool> isThere = (*query)->nextChunk();
+  if (!isThere) return isThere.problem();
+  if (!*isThere) return std::optional<std::string>();
+  return std::optional(std::string((*query)->column(0)[0]));
 }
 
 Outcome<std::uint64_t> rowsWritten(const std::string& sql) {

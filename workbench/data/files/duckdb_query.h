@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,6 +70,9 @@ class DuckDbQuery {
   std::size_t columns_ = 0;
   std::size_t rows_ = 0;
 };
+
+// What a query gives first; nothing: it gives no row. Requires: its first column is one of texts.
+Outcome<std::optional<std::string>> firstText(const std::string& sql);
 
 // Runs a statement to its end: how many rows it wrote.
 Outcome<std::uint64_t> rowsWritten(const std::string& sql);

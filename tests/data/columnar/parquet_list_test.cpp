@@ -1,8 +1,6 @@
 // Several Parquet files that are one table: those of a folder, and those that a data package lists.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "tests/data/columnar/stored_fixture.h"
 
 namespace workbench::data {
@@ -91,8 +89,8 @@ TEST(ParquetFolder, IsRefusedWhereNamesThatDifferInCaseOnlyDoNotTellWhichColumns
     renameColumn(folder, "data/a.parquet", "OTHER", "visit");
     EXPECT_EQ(problemOf(folder, data),
               "data/a.parquet: Column \"visit_1\" has no name of its own here (none, or that of another column but for "
-              "upper and lower case), and the files do not all have the same columns, so that names do not tell which "
-              "belong together. Give each column a name of its own.")
+              "upper and lower case), and the files do not all have the same columns in the same order, so that names "
+              "do not tell which belong together. Give each column a name of its own.")
         << other;
   }
 }
@@ -144,20 +142,6 @@ TEST(ParquetList, IsCheckedForColumnsOfDifferentTypesLikeAFolder) {
   folderOf(folder, {"SELECT 1 AS x", "SELECT 'a' AS x"});
   EXPECT_TRUE(problemOf(folder, packageOf(folder, R"("path": ["data/a.parquet", "data/b.parquet"])"))
                   .starts_with("data/b.parquet: Column \"x\" is stored as VARCHAR here, and as INTEGER in "));
-}
-
-TEST(ParquetObject, NeedsAnExtensionThatIsNeverInstalledUnasked) {
-  const TestFolder folder;
-  ::setenv("HOME", folder.path("").c_str(), 1);  // where extensions lie
-  for (const std::string path : {"s3://study/visits.parquet", "https://localhost/visits.parquet"}) {
-    const auto file = openDataFile(path, {});
-    ASSERT_FALSE(file);
-    EXPECT_EQ(file.problem().text(),
-              path +
-                  ": Objects in a store are read by DuckDB's extension httpfs, which cannot be loaded. Install the "
-                  "extension with DuckDB's own program (INSTALL httpfs), or copy the file to this machine.");
-  }
-  EXPECT_EQ(folder.names(), Texts());
 }
 
 }  // namespace

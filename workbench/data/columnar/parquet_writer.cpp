@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "workbench/data/columnar/parquet_source.h"
+#include "workbench/data/columnar/parquet_footer.h"
 #include "workbench/data/columnar/stored_case_writer.h"
 #include "workbench/data/descriptors/dictionary_check.h"
 #include "workbench/data/descriptors/schema_writer.h"

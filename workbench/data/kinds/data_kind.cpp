@@ -9,6 +9,7 @@
 
 #include "workbench/data/columnar/duckdb_source.h"
 #include "workbench/data/columnar/duckdb_table_writer.h"
+#include "workbench/data/columnar/parquet_folder.h"
 #include "workbench/data/columnar/parquet_source.h"
 #include "workbench/data/columnar/parquet_writer.h"
 #include "workbench/data/columnar/stored_file.h"

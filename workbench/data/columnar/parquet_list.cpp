@@ -1,15 +1,16 @@
-#include "workbench/data/columnar/parquet_schemas.h"
+#include "workbench/data/columnar/parquet_list.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
 
-#include "workbench/data/files/duckdb_query.h"
+#include "workbench/data/columnar/parquet_footer.h"
+#include "workbench/data/files/sql_text.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
@@ -17,34 +18,6 @@ namespace {
 
 constexpr auto wholeNumbers = std::to_array<std::string_view>(
     {"TINYINT", "SMALLINT", "INTEGER", "BIGINT", "UTINYINT", "USMALLINT", "UINTEGER", "UBIGINT"});
-
-struct FileColumn {
-  std::string name;
-  std::string type;
-  bool isNamedByDuckDb;  // because it has no name, or that of another column, ASCII letters without regard to case
-};
-
-// As DuckDB reads the file that it opens by this name.
-Outcome<std::vector<FileColumn>> columnsOf(const std::string& opened, const std::string& shown) {
-  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
-      fmt::format("SELECT column_name, column_type, column_name NOT IN (SELECT name FROM parquet_schema({0})) "
-                  "FROM (DESCRIBE FROM read_parquet({0}, hive_partitioning = false))",
-                  sqlText(opened)));
-  const auto inFile = [&](Problem problem) {
-    problem.where = shown;
-    return problem;
-  };
-  if (!query) return inFile(query.problem());
-  std::vector<FileColumn> columns;
-  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
-    const auto* const isNamedByDuckDb = static_cast<const bool*>(chunk.values(2).first);
-    for (std::size_t row = 0; row < chunk.rows(); ++row) {
-      columns.push_back({std::string(chunk.column(0)[row]), std::string(chunk.column(1)[row]), isNamedByDuckDb[row]});
-    }
-  });
-  if (!read) return inFile(read.problem());
-  return columns;
-}
 
 bool isWholeNumber(std::string_view type) {
   return std::find(wholeNumbers.begin(), wholeNumbers.end(), type) != wholeNumbers.end();
@@ -60,7 +33,7 @@ std::string joinedBy(std::string name) {
 
 // A column of the table, as the first file that has it tells it.
 struct TableColumn {
-  FileColumn first;
+  FooterColumn first;
   std::string firstFile;
   std::size_t files = 0;    // that have it
   std::string lackingFile;  // the first that does not
@@ -68,15 +41,15 @@ struct TableColumn {
 
 class TableColumns {
  public:
-  Outcome<Done> add(const std::vector<FileColumn>& columns, const std::string& file) {
-    for (const FileColumn& column : columns) {
+  Outcome<Done> add(const std::vector<FooterColumn>& columns, const std::string& file) {
+    for (std::size_t index = 0; index < columns.size(); ++index) {
+      const FooterColumn& column = columns[index];
       if (column.isNamedByDuckDb && !unnamed_) unnamed_ = {column.name, file};
       const auto [place, isNew] = places_.emplace(joinedBy(column.name), columns_.size());
       if (isNew) columns_.push_back({column, file, 0, firstFile_});
       TableColumn& known = columns_[place->second];
       ++known.files;
-      areSame_ = areSame_ && known.first.type == column.type && known.first.name == column.name &&
-                 known.first.isNamedByDuckDb == column.isNamedByDuckDb;
+      hasSame_ = hasSame_ && place->second == index && known.first == column;
       const bool canBeJoined =
           known.first.type == column.type || (isWholeNumber(known.first.type) && isWholeNumber(column.type));
       if (canBeJoined) continue;
@@ -88,28 +61,33 @@ class TableColumns {
     if (firstFile_.empty()) firstFile_ = file;
     for (TableColumn& column : columns_) {
       if (column.files == files_) continue;
-      areSame_ = false;
+      hasSame_ = false;
       if (column.lackingFile.empty()) column.lackingFile = file;
     }
     return Done{};
   }
 
-  Outcome<CommonColumns> common() const {
-    if (unnamed_ && !areSame_) {
-      return Problem{text::sentence("Column \"^1\" has no name of its own here (none, or that of another column but "
-                                    "for upper and lower case), and the files do not all have the same columns, so "
-                                    "that names do not tell which belong together.",
-                                    {unnamed_->column}),
-                     unnamed_->file, text::sentence("Give each column a name of its own.")};
-    }
-    CommonColumns common{areSame_, {}};
+  // Whether all files have the same ones in the same order.
+  bool hasSame() const { return hasSame_; }
+
+  std::optional<Problem> problem() const {
+    if (hasSame_ || !unnamed_) return std::nullopt;
+    return Problem{text::sentence("Column \"^1\" has no name of its own here (none, or that of another column but "
+                                  "for upper and lower case), and the files do not all have the same columns in "
+                                  "the same order, so that names do not tell which belong together.",
+                                  {unnamed_->column}),
+                   unnamed_->file, text::sentence("Give each column a name of its own.")};
+  }
+
+  std::vector<std::string> warnings() const {
+    std::vector<std::string> warnings;
     for (const TableColumn& column : columns_) {
       if (column.files == files_) continue;
-      common.warnings.push_back(text::sentence(
+      warnings.push_back(text::sentence(
           "Column \"^1\" is missing from ^2 of ^3 files, the first of them ^4; it has no values there.",
           {column.first.name, fmt::to_string(files_ - column.files), fmt::to_string(files_), column.lackingFile}));
     }
-    return common;
+    return warnings;
   }
 
  private:
@@ -122,20 +100,37 @@ class TableColumns {
   std::unordered_map<std::string, std::size_t> places_;  // by joinedBy()
   std::string firstFile_;
   std::size_t files_ = 0;
-  bool areSame_ = true;
+  bool hasSame_ = true;
   std::optional<Unnamed> unnamed_;  // the first column without a name of its own
 };
 
-}  // namespace
-
-Outcome<CommonColumns> commonColumns(const std::vector<std::string>& opened, const std::vector<std::string>& shown) {
+Outcome<TableColumns> columnsOfAll(const std::vector<std::string>& opened, const std::vector<std::string>& shown) {
   TableColumns columns;
   for (std::size_t file = 0; file < opened.size(); ++file) {
-    const Outcome<std::vector<FileColumn>> ofFile = columnsOf(opened[file], shown[file]);
-    if (!ofFile) return ofFile.problem();
+    const Outcome<std::vector<FooterColumn>> ofFile = columnsInFooter(opened[file]);
+    if (!ofFile) {
+      Problem problem = ofFile.problem();
+      problem.where = shown[file];
+      return problem;
+    }
     if (const Outcome<Done> added = columns.add(*ofFile, shown[file]); !added) return added.problem();
   }
-  return columns.common();
+  if (const std::optional<Problem> problem = columns.problem()) return *problem;
+  return columns;
+}
+
+}  // namespace
+
+Outcome<ParquetList> ParquetList::of(const std::vector<std::string>& opened, const std::vector<std::string>& shown) {
+  const Outcome<TableColumns> columns = opened.size() > 1 ? columnsOfAll(opened, shown) : TableColumns();
+  if (!columns) return columns.problem();
+  std::vector<std::string> texts;
+  for (const std::string& file : opened) texts.push_back(sqlText(file));
+  return ParquetList(fmt::format("[{}]", fmt::join(texts, ", ")), columns->hasSame(), columns->warnings());
+}
+
+std::string ParquetList::relation(std::string_view options) const {
+  return fmt::format("read_parquet({}, {}{})", files_, options, hasSameColumns_ ? "" : ", union_by_name = true");
 }
 
 }  // namespace workbench::data

@@ -1,0 +1,65 @@
+#include "workbench/data/columnar/parquet_files.h"
+
+#include <utility>
+
+#include "workbench/data/columnar/parquet_footer.h"
+#include "workbench/data/columnar/parquet_list.h"
+#include "workbench/data/descriptors/find_description.h"
+#include "workbench/data/files/input_file.h"
+
+namespace workbench::data {
+namespace {
+
+// Read through the descriptors that are open, whatever happens to their names meanwhile.
+class ParquetFiles final : public StoredSource {
+ public:
+  ParquetFiles(std::string path, std::vector<std::string> names, std::vector<InputFile> files, ParquetList list,
+               std::optional<DescribedTable> description)
+      : path_(std::move(path)),
+        names_(std::move(names)),
+        files_(std::move(files)),
+        list_(std::move(list)),
+        description_(std::move(description)) {}
+
+  const std::string& path() const override { return path_; }
+  std::string relation() const override { return list_.relation("hive_partitioning = false"); }
+  std::string identity() const override {
+    std::string identity = path_;
+    for (const InputFile& file : files_) identity += '|' + file.identity().text();
+    return identity;
+  }
+  std::vector<std::string> files() const override { return names_; }
+  Outcome<std::optional<DescribedTable>> description() const override {
+    if (description_) return description_;
+    return describedByStored(resourceInFooter(files_.front().descriptorPath()), path_);
+  }
+  std::vector<std::string> warnings() const override { return list_.warnings(); }
+
+ private:
+  std::string path_;
+  std::vector<std::string> names_;
+  std::vector<InputFile> files_;
+  ParquetList list_;
+  std::optional<DescribedTable> description_;
+};
+
+}  // namespace
+
+Outcome<std::shared_ptr<const StoredSource>> openParquetFiles(const std::string& path,
+                                                              const std::vector<std::string>& names,
+                                                              std::optional<DescribedTable> description) {
+  std::vector<InputFile> files;
+  std::vector<std::string> descriptors;
+  for (const std::string& name : names) {
+    Outcome<InputFile> file = InputFile::open(name);
+    if (!file) return file.problem();
+    descriptors.push_back(file->descriptorPath());
+    files.push_back(std::move(*file));
+  }
+  Outcome<ParquetList> list = ParquetList::of(descriptors, names);
+  if (!list) return list.problem();
+  return std::shared_ptr<const StoredSource>(
+      std::make_shared<ParquetFiles>(path, names, std::move(files), std::move(*list), std::move(description)));
+}
+
+}  // namespace workbench::data

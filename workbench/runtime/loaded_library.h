@@ -1,5 +1,4 @@
-// LoadedLibrary: a library that is loaded when it is first needed, so that runs without it start without it. It stays
-// loaded.
+// Libraries that are loaded when they are first needed, so that runs without them start without them. They stay loaded.
 #pragma once
 
 #include <string>
@@ -18,8 +17,7 @@ struct LibraryDescription {
 
 class LoadedLibrary {
  public:
-  // From the first of these places that has it: paths, or names for the system to find. The description's texts outlive
-  // the library.
+  // As loadFunctions() says.
   static Outcome<LoadedLibrary> load(const std::vector<std::string>& places, const LibraryDescription& description);
 
   // Points at the function of that name. When the library has none, complete() tells it.
@@ -38,5 +36,20 @@ class LoadedLibrary {
   LibraryDescription description_;
   std::string lacking_;
 };
+
+// The functions that are called of a library, in a table that stays where it is. `findAll` gets the library and the
+// table, and points each member at its function by find(). The library is taken from the first of these places that has
+// it: paths, or names for the system to find. The description's texts outlive it. Fails when there is none, or one
+// without some of the functions. A callable of another type gets a table of its own.
+template <class Functions, class FindAll>
+Outcome<const Functions*> loadFunctions(const std::vector<std::string>& places, const LibraryDescription& description,
+                                        FindAll findAll) {
+  Outcome<LoadedLibrary> library = LoadedLibrary::load(places, description);
+  if (!library) return library.problem();
+  static Functions functions;
+  findAll(*library, functions);
+  if (const Outcome<Done> complete = library->complete(); !complete) return complete.problem();
+  return &functions;
+}
 
 }  // namespace workbench

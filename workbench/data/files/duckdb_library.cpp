@@ -29,21 +29,15 @@ std::vector<std::string> placesToLook() {
   return places;
 }
 
-Outcome<const DuckDbLibrary*> load() {
-  Outcome<LoadedLibrary> loaded = LoadedLibrary::load(placesToLook(), description);
-  if (!loaded) return loaded.problem();
-  static DuckDbLibrary library;
-#define WORKBENCH_DUCKDB_FIND(function) loaded->find(library.function, #function);
-  WORKBENCH_DUCKDB_FUNCTIONS(WORKBENCH_DUCKDB_FIND)
-#undef WORKBENCH_DUCKDB_FIND
-  if (const Outcome<Done> complete = loaded->complete(); !complete) return complete.problem();
-  return &library;
-}
-
 }  // namespace
 
 Outcome<const DuckDbLibrary*> duckDbLibrary() {
-  static const Outcome<const DuckDbLibrary*> loaded = load();
+  static const Outcome<const DuckDbLibrary*> loaded =
+      loadFunctions<DuckDbLibrary>(placesToLook(), description, [](LoadedLibrary& library, DuckDbLibrary& functions) {
+#define WORKBENCH_DUCKDB_FIND(function) library.find(functions.function, #function);
+        WORKBENCH_DUCKDB_FUNCTIONS(WORKBENCH_DUCKDB_FIND)
+#undef WORKBENCH_DUCKDB_FIND
+      });
   return loaded;
 }
 

@@ -23,19 +23,15 @@ constexpr LibraryDescription description{"The JSON library", "which reads JSON l
                                          "Install simdjson 3.0 (Debian's package libsimdjson14)."};
 
 // The only function of the library that is called by its name; all others are members of what it gives.
-using GetImplementation = Implementation&();
+struct JsonFunctions {
+  Implementation& (*getImplementation)() = nullptr;
+};
 
-Outcome<GetImplementation*> loadLibrary() {
-  Outcome<LoadedLibrary> loaded = LoadedLibrary::load({libraryName}, description);
-  if (!loaded) return loaded.problem();
-  GetImplementation* function = nullptr;
-  loaded->find(function, "_ZN8simdjson25get_active_implementationEv");
-  if (const Outcome<Done> complete = loaded->complete(); !complete) return complete.problem();
-  return function;
-}
-
-const Outcome<GetImplementation*>& library() {
-  static const Outcome<GetImplementation*> loaded = loadLibrary();
+const Outcome<const JsonFunctions*>& jsonFunctions() {
+  static const Outcome<const JsonFunctions*> loaded =
+      loadFunctions<JsonFunctions>({libraryName}, description, [](LoadedLibrary& library, JsonFunctions& functions) {
+        library.find(functions.getImplementation, "_ZN8simdjson25get_active_implementationEv");
+      });
   return loaded;
 }
 
@@ -44,7 +40,9 @@ const Outcome<GetImplementation*>& library() {
 
 // What the library's header calls. We are not linked against it, or every run would start with it.
 namespace simdjson {
-internal::atomic_ptr<const implementation>& get_active_implementation() { return (*workbench::data::library())(); }
+internal::atomic_ptr<const implementation>& get_active_implementation() {
+  return (*workbench::data::jsonFunctions())->getImplementation();
+}
 }  // namespace simdjson
 
 namespace workbench::data {
@@ -151,7 +149,7 @@ std::optional<std::string_view> plainKey(const char* begin, const char* behind) 
 }  // namespace
 
 Outcome<Done> jsonLibrary() {
-  if (!library()) return library().problem();
+  if (!jsonFunctions()) return jsonFunctions().problem();
   return Done{};
 }
 

@@ -12,17 +12,6 @@ constexpr const char* libraryName = "librnp.so.0";
 constexpr LibraryDescription description{"The OpenPGP library", "which opens and makes protected files",
                                          "Install librnp 0.16 (Debian's package librnp0)."};
 
-Outcome<const OpenPgpLibrary*> load() {
-  Outcome<LoadedLibrary> loaded = LoadedLibrary::load({libraryName}, description);
-  if (!loaded) return loaded.problem();
-  static OpenPgpLibrary library;
-#define WORKBENCH_RNP_FIND(function) loaded->find(library.function, #function);
-  WORKBENCH_RNP_FUNCTIONS(WORKBENCH_RNP_FIND)
-#undef WORKBENCH_RNP_FIND
-  if (const Outcome<Done> complete = loaded->complete(); !complete) return complete.problem();
-  return &library;
-}
-
 // Null when the system has no /dev/null; then nothing is silenced.
 std::FILE* nowhere() {
   static std::FILE* const file = std::fopen("/dev/null", "we");
@@ -35,7 +24,12 @@ std::FILE* standardError = nullptr;
 }  // namespace
 
 Outcome<const OpenPgpLibrary*> openPgpLibrary() {
-  static const Outcome<const OpenPgpLibrary*> loaded = load();
+  static const Outcome<const OpenPgpLibrary*> loaded =
+      loadFunctions<OpenPgpLibrary>({libraryName}, description, [](LoadedLibrary& library, OpenPgpLibrary& functions) {
+#define WORKBENCH_RNP_FIND(function) library.find(functions.function, #function);
+        WORKBENCH_RNP_FUNCTIONS(WORKBENCH_RNP_FIND)
+#undef WORKBENCH_RNP_FIND
+      });
   return loaded;
 }
 

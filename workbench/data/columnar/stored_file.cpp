@@ -5,39 +5,23 @@
 
 #include "workbench/data/columnar/stored_case_reader.h"
 #include "workbench/data/columnar/stored_table.h"
+#include "workbench/data/files/dataset_file.h"
 #include "workbench/data/files/described_columns.h"
 
 namespace workbench::data {
 namespace {
 
-class StoredFile final : public DataFile {
+class StoredFile final : public DatasetFile<StoredDataset, StoredCaseReader> {
  public:
-  StoredFile(std::shared_ptr<const StoredDataset> dataset, std::string descriptorPath,
-             std::vector<std::string> warnings)
-      : dataset_(std::move(dataset)), descriptorPath_(std::move(descriptorPath)), warnings_(std::move(warnings)) {}
+  using DatasetFile::DatasetFile;
 
-  const Dictionary& dictionary() const override { return dataset_->dictionary; }
-  const std::string& path() const override { return source().path(); }
-  std::string dictionaryFile() const override { return descriptorPath_; }
-  std::vector<std::string> furtherFiles() const override { return source().files(); }
-  std::optional<std::int64_t> caseCount() const override { return dataset_->table->cases; }
-  std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const override {
-    return std::make_unique<StoredCaseReader>(dataset_, wanted);
-  }
   // Texts that stand for no value are some of those that rise.
   bool isKnownIncreasing(std::int32_t variable) const override {
     const auto column = static_cast<std::size_t>(variable);
-    const bool isAsStored = dictionary().at(variable).isNumeric() != dataset_->table->columns[column].isText();
-    return isAsStored && dataset_->table->rises[column] && dataset_->noValueTexts[column].empty();
+    const StoredTable& table = *dataset().table;
+    const bool isAsStored = dictionary().at(variable).isNumeric() != table.columns[column].isText();
+    return isAsStored && table.rises[column] && dataset().noValueTexts[column].empty();
   }
-  const std::vector<std::string>& warnings() const override { return warnings_; }
-
- private:
-  const StoredSource& source() const { return *dataset_->table->source; }
-
-  std::shared_ptr<const StoredDataset> dataset_;
-  std::string descriptorPath_;  // empty: nothing describes the table
-  std::vector<std::string> warnings_;
 };
 
 std::vector<KnownColumn> knownColumns(const StoredTable& table) {
@@ -83,11 +67,9 @@ class ExaminedStoredTable final : public ExaminedTable {
 
   Outcome<std::shared_ptr<const DataFile>> open(InferredTypes types) override {
     Dictionary dictionary = columns_.dictionaryOf(std::move(types));
-    std::vector<std::string> warnings = columns_.warnings();
-    for (std::string& warning : table_->source->warnings()) warnings.push_back(std::move(warning));
     auto dataset = std::make_shared<const StoredDataset>(table_, columns_.noValueTexts(), std::move(dictionary));
     return std::shared_ptr<const DataFile>(
-        std::make_shared<StoredFile>(std::move(dataset), columns_.descriptorPath(), std::move(warnings)));
+        std::make_shared<StoredFile>(std::move(dataset), columns_, table_->source->warnings()));
   }
 
  private:
@@ -108,11 +90,8 @@ Outcome<std::unique_ptr<ExaminedTable>> examineStored(std::shared_ptr<const Stor
   Outcome<DescribedColumns> columns = DescribedColumns::match(path, knownColumns(**table), std::move(*description));
   if (!columns) return columns.problem();
   const bool leavesNothingOpen = columns->saysAllOfValues();
-  auto examined = std::make_unique<ExaminedStoredTable>(std::move(*table), std::move(*columns));
-  if (!leavesNothingOpen) {
-    if (const Outcome<Done> looked = examined->lookAtValues(); !looked) return looked.problem();
-  }
-  return std::unique_ptr<ExaminedTable>(std::move(examined));
+  return examinedTable(std::make_unique<ExaminedStoredTable>(std::move(*table), std::move(*columns)),
+                       leavesNothingOpen);
 }
 
 }  // namespace workbench::data

@@ -5,46 +5,29 @@
 #include "workbench/data/databases/database_case_reader.h"
 #include "workbench/data/databases/database_table.h"
 #include "workbench/data/descriptors/find_description.h"
+#include "workbench/data/files/dataset_file.h"
 
 namespace workbench::data {
 namespace {
 
-class DatabaseFile final : public DataFile {
+class DatabaseFile final : public DatasetFile<DatabaseDataset, DatabaseCaseReader> {
  public:
-  DatabaseFile(std::shared_ptr<const DatabaseDataset> dataset, std::string descriptorPath,
-               std::vector<std::string> warnings)
-      : dataset_(std::move(dataset)), descriptorPath_(std::move(descriptorPath)), warnings_(std::move(warnings)) {}
+  using DatasetFile::DatasetFile;
 
-  const Dictionary& dictionary() const override { return dataset_->dictionary; }
-  const std::string& path() const override { return source().path(); }
-  std::string dictionaryFile() const override { return descriptorPath_; }
-  std::vector<std::string> furtherFiles() const override { return source().files(); }
-  std::optional<std::int64_t> caseCount() const override { return dataset_->table->cases; }
-  std::unique_ptr<CaseReader> openReader(const VariableSubset& wanted) const override {
-    return std::make_unique<DatabaseCaseReader>(dataset_, wanted);
-  }
   // Texts that stand for no value are some of those that rise.
   bool isKnownIncreasing(std::int32_t variable) const override {
     const auto column = static_cast<std::size_t>(variable);
-    const ColumnEvidence& evidence = dataset_->table->evidence[column];
-    if (!dataset_->table->isLookedAt || !dataset_->orderedBy.empty()) return false;
-    if (!dictionary().at(variable).isNumeric()) return evidence.textsRise() && !dataset_->columns[column].reading;
+    const ColumnEvidence& evidence = dataset().table->evidence[column];
+    if (!dataset().table->isLookedAt || !dataset().orderedBy.empty()) return false;
+    if (!dictionary().at(variable).isNumeric()) return evidence.textsRise() && !dataset().columns[column].reading;
     return evidence.numbersRise() || (evidence.kind() == CellKind::date && evidence.textsRise());
   }
   std::shared_ptr<const DataFile> broughtIntoOrder(const std::vector<std::int32_t>& variables) const override {
-    if (!source().bringsIntoOrder()) return nullptr;
-    auto ordered = std::make_shared<DatabaseDataset>(*dataset_);
+    if (!dataset().table->source->bringsIntoOrder()) return nullptr;
+    auto ordered = std::make_shared<DatabaseDataset>(dataset());
     ordered->orderedBy.assign(variables.begin(), variables.end());
-    return std::make_shared<DatabaseFile>(std::move(ordered), descriptorPath_, warnings_);
+    return std::make_shared<DatabaseFile>(*this, std::move(ordered));
   }
-  const std::vector<std::string>& warnings() const override { return warnings_; }
-
- private:
-  const RowSource& source() const { return *dataset_->table->source; }
-
-  std::shared_ptr<const DatabaseDataset> dataset_;
-  std::string descriptorPath_;  // empty: nothing describes the table
-  std::vector<std::string> warnings_;
 };
 
 // Values are what they are stored as; only texts have some that stand for none.
@@ -88,11 +71,9 @@ class ExaminedDatabaseTable final : public ExaminedTable {
       table_ = std::move(counted);
     }
     Dictionary dictionary = columns_.dictionaryOf(std::move(types));
-    std::vector<std::string> warnings = columns_.warnings();
-    warnings.insert(warnings.end(), table_->warnings.begin(), table_->warnings.end());
     auto dataset = std::make_shared<const DatabaseDataset>(table_, columnsOf(columns_), std::move(dictionary));
     return std::shared_ptr<const DataFile>(
-        std::make_shared<DatabaseFile>(std::move(dataset), columns_.descriptorPath(), std::move(warnings)));
+        std::make_shared<DatabaseFile>(std::move(dataset), columns_, table_->warnings));
   }
 
  private:
@@ -110,11 +91,8 @@ Outcome<std::unique_ptr<ExaminedTable>> examineDatabase(std::shared_ptr<const Ro
   if (!columns) return columns.problem();
   SharedDatabaseTable table = outlineOf(std::move(source));
   const bool leavesNothingOpen = columns->saysAllOfValues();
-  auto examined = std::make_unique<ExaminedDatabaseTable>(std::move(table), std::move(*columns));
-  if (!leavesNothingOpen) {
-    if (const Outcome<Done> looked = examined->lookAtValues(); !looked) return looked.problem();
-  }
-  return std::unique_ptr<ExaminedTable>(std::move(examined));
+  return examinedTable(std::make_unique<ExaminedDatabaseTable>(std::move(table), std::move(*columns)),
+                       leavesNothingOpen);
 }
 
 }  // namespace workbench::data

@@ -21,7 +21,7 @@ class ExaminedTable {
 
   // Whether nothing is to be inferred of it, its values not having been looked at.
   virtual bool isWhollyDescribed() const { return false; }
-  // Looks at them after all. Requires: it is wholly described.
+  // Looks at them after all. Requires: it has not been done yet.
   virtual Outcome<Done> lookAtValues() { return Done{}; }
 
   // Refers to this object.
@@ -31,5 +31,13 @@ class ExaminedTable {
   // The table as a data file with these variables, one per column. To be asked once.
   virtual Outcome<std::shared_ptr<const DataFile>> open(InferredTypes types) = 0;
 };
+
+// The table, its values looked at unless what describes it leaves nothing open that they could tell.
+inline Outcome<std::unique_ptr<ExaminedTable>> examinedTable(std::unique_ptr<ExaminedTable> table,
+                                                             bool leavesNothingOpen) {
+  if (leavesNothingOpen) return table;
+  if (const Outcome<Done> looked = table->lookAtValues(); !looked) return looked.problem();
+  return table;
+}
 
 }  // namespace workbench::data

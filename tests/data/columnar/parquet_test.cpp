@@ -81,9 +81,7 @@ TEST(Parquet, ThatIsNoneIsAProblemThatNamesIt) {
 
 TEST(Parquet, RefusesAValueThatItCannotHold) {
   const TestFolder folder;
-  Dictionary dictionary;
-  dictionary.add(dated("d"));
-  auto writer = createDataFile(folder.path("a.parquet"), dictionary, "");
+  auto writer = createDataFile(folder.path("a.parquet"), oneDate(), "");
   ASSERT_TRUE(writer) << writer.problem().text();
   OBS half{};
   half.number = 0.5;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/data/files/file_fixture.h"
 #include "workbench/data/files/duckdb_query.h"
@@ -23,8 +24,14 @@ inline std::string parquetOf(const TestFolder& folder, const std::string& name, 
   return path;
 }
 
-inline std::string warningsOf(const SharedFile& file) {
-  return file == nullptr ? "not opened" : fmt::format("{}", fmt::join(file->warnings(), " "));
+// A database with the tables that the statements make in "made".
+inline std::string duckDbOf(const TestFolder& folder, const std::string& name,
+                            const std::vector<std::string>& statements) {
+  std::string path = folder.path(name);
+  runSql(fmt::format("ATTACH {} AS made", sqlText(path)));
+  for (const std::string& statement : statements) runSql(statement);
+  runSql("DETACH made");
+  return path;
 }
 
 }  // namespace workbench::data

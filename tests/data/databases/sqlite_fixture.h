@@ -35,8 +35,4 @@ inline std::string sqliteOf(const TestFolder& folder, const std::string& name,
   return folder.path(name);
 }
 
-inline std::string warningsOf(const SharedFile& file) {
-  return file == nullptr ? "not opened" : fmt::format("{}", fmt::join(file->warnings(), " "));
-}
-
 }  // namespace workbench::data

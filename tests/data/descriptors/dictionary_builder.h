@@ -32,6 +32,13 @@ inline Variable dated(std::string name) {
   return variable;
 }
 
+// With the variable "d" alone.
+inline Dictionary oneDate() {
+  Dictionary dictionary;
+  dictionary.add(dated("d"));
+  return dictionary;
+}
+
 // Discrete missing values.
 inline Variable withMissing(Variable variable, const std::vector<double>& values) {
   variable.missing.code = static_cast<std::int32_t>(values.size());

@@ -9,8 +9,6 @@ namespace {
 
 using VRIX_Variable_Enumerations::MeasurementLevel;
 
-std::string warningsOf(const SharedFile& file) { return fmt::format("{}", fmt::join(file->warnings(), "\n")); }
-
 TEST(DescribedFile, TakesTheDictionaryFromThePackageOfItsFolder) {
   const TestFolder folder;
   folder.write("datapackage.json", R"({"resources": [{"name": "people", "path": "people.csv", "schema": {"fields": [

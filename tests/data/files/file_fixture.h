@@ -134,6 +134,10 @@ inline std::string types(const SharedFile& file) {
   return all;
 }
 
+inline std::string warningsOf(const SharedFile& file) {
+  return file == nullptr ? "not opened" : fmt::format("{}", fmt::join(file->warnings(), " "));
+}
+
 // What stood in the way of opening it, without the folder's name.
 inline std::string problemOf(const TestFolder& folder, const std::string& path) {
   auto file = openDataFile(path, {});

@@ -6,7 +6,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "workbench/text/string_comparison.h"
+#include "workbench/data/descriptors/missing_codes.h"
 
 namespace workbench::app {
 
@@ -33,7 +33,7 @@ bool isConstant(const OBS& value, std::size_t machineConstant) {
 
 BpDataValue valueText(const DictionaryVariable& variable, const OBS& value) {
   if (variable.variable().isNumeric()) return {variable, value.number, BpValueShow::inPrintFormat};
-  return {variable, text::withoutTrailingBlanks({value.text, sizeof value.text}), BpValueShow::inPrintFormat};
+  return {variable, data::missingText(value), BpValueShow::inPrintFormat};
 }
 
 }  // namespace
@@ -55,8 +55,9 @@ const char* roleKey(VRIX_Variable_Enumerations::Role role) { return keyOf(roleKe
 
 BpComposite missingValuesText(const DictionaryVariable& variable) {
   const MissingValues& missing = variable.variable().missing;
-  const bool isRange = missing.code == -2 || missing.code == -3;
-  BpComposite text(isRange ? (missing.code == -3 ? "^1 - ^2, ^3" : "^1 - ^2") : "[%1:, ^1:]1", false);
+  const bool isRange = data::isRange(missing.code);
+  const bool hasValueBeside = missing.code == data::rangeAndValueCode;
+  BpComposite text(isRange ? (hasValueBeside ? "^1 - ^2, ^3" : "^1 - ^2") : "[%1:, ^1:]1", false);
   if (isRange) {
     const auto add = [&](const OBS& end, std::size_t constant, const char* word) {
       if (isConstant(end, constant)) {
@@ -67,12 +68,10 @@ BpComposite missingValuesText(const DictionaryVariable& variable) {
     };
     add(missing.values[0], CmnMch::lowestValidNumber, "LO");
     add(missing.values[1], CmnMch::highestNumber, "HI");
-    if (missing.code == -3) text.Add(valueText(variable, missing.values[2]));
+    if (hasValueBeside) text.Add(valueText(variable, missing.values[2]));
   } else {
     text.Sublist();
-    for (std::int32_t index = 0; index < missing.code; ++index) {
-      text.Add(valueText(variable, missing.values[static_cast<std::size_t>(index)]));
-    }
+    for (const OBS& value : data::discreteValues(missing)) text.Add(valueText(variable, value));
     text.EndSublist();
   }
   text.Finish();

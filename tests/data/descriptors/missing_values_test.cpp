@@ -1,7 +1,10 @@
 // Missing values: which entries stay in the data, which stand for no value, and what cannot be kept.
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "tests/data/descriptors/descriptor_fixture.h"
+#include "workbench/data/descriptors/missing_codes.h"
 
 namespace workbench::data {
 namespace {
@@ -18,6 +21,15 @@ Missing missingOf(std::string_view properties) {
   if (table.fields.empty()) return {"none read", "", "", ""};
   const DescribedField& field = table.fields.front();
   return {shownMissing(field.variable), shownNoValue(field), shownLabels(field.variable), shownWarnings(table)};
+}
+
+TEST(DiscreteMissingValues, AreNoneOfARangeOrOfACodeThatStandsForNothing) {
+  for (const auto& [code, count] : std::map<std::int32_t, std::size_t>{
+           {0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 0}, {100, 0}, {-1, 0}, {-2, 0}, {-3, 0}, {-4, 0}}) {
+    const MissingValues missing{code, {}};
+    EXPECT_EQ(discreteValues(missing).size(), count) << code;
+    EXPECT_EQ(discreteValues(missing).data(), missing.values.data()) << code;
+  }
 }
 
 TEST(MissingEntries, AreTheEmptyTextWhereNoneAreListed) {

@@ -171,8 +171,10 @@ TEST(CaseFilter, HoldsSystemAndUserMissingValuesForMissing) {
   EXPECT_TRUE(isMissing(8.5, values));
   EXPECT_TRUE(isMissing(1, values));
   EXPECT_FALSE(isMissing(7, values));
-  values.code = -1;
-  EXPECT_FALSE(isMissing(8.5, values));
+  for (const std::int32_t code : {-4, -1, 4}) {
+    values.code = code;
+    EXPECT_FALSE(isMissing(8.5, values) || isMissing(8, values)) << code;
+  }
 }
 
 }  // namespace

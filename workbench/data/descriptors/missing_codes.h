@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "host/data.h"
+#include "workbench/data/dictionary.h"
 #include "workbench/text/string_comparison.h"
 
 namespace workbench::data {
@@ -22,6 +24,12 @@ inline constexpr std::optional<std::size_t> missingCount(std::int32_t code) {
   if (isRange(code)) return static_cast<std::size_t>(-code);
   if (code < 0 || code > mostDiscreteValues) return std::nullopt;
   return static_cast<std::size_t>(code);
+}
+
+// The discrete values that are declared; none of a range, or of a code that stands for nothing. Valid as long as the
+// declaration.
+inline std::span<const OBS> discreteValues(const MissingValues& missing) {
+  return {missing.values.data(), isRange(missing.code) ? 0 : missingCount(missing.code).value_or(0)};
 }
 
 // A string's missing value without the blanks at its end. Valid as long as the value.

@@ -66,7 +66,7 @@ WrittenMissing writtenMissing(const Variable& variable) {
     written.declared = std::make_shared<const Json>(rangeJson(missing));
     return written;
   }
-  const std::span values(missing.values.data(), missingCount(missing.code).value_or(0));
+  const std::span<const OBS> values = discreteValues(missing);
   if (auto texts = textsOf(variable, values)) {
     written.texts = *std::move(texts);
     return written;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "workbench/data/descriptors/find_description.h"
+#include "workbench/data/descriptors/missing_codes.h"
 #include "workbench/data/files/column_names.h"
 #include "workbench/data/files/protected_name.h"
 #include "workbench/data/files/table_reference.h"
@@ -59,13 +60,11 @@ void restrictValues(DeclaredColumn& column, const DescribedField& field) {
   if (!field.categories || missing.code < 0) return;
   column.numbers = field.categories->numbers;
   column.texts = field.categories->texts;
-  for (std::int32_t index = 0; index < missing.code; ++index) {
-    const OBS& value = missing.values[static_cast<std::size_t>(index)];
+  for (const OBS& value : discreteValues(missing)) {
     if (field.reading.type != CellType::text) {
       column.numbers.push_back(value.number);
     } else {
-      const std::string_view text(value.text, sizeof value.text);
-      column.texts.emplace_back(text.substr(0, text.find_last_not_of(' ') + 1));
+      column.texts.emplace_back(missingText(value));
     }
   }
 }

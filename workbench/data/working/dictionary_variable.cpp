@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "workbench/data/descriptors/missing_codes.h"
 #include "workbench/data/working/refusal.h"
 #include "workbench/runtime/journal.h"
 
@@ -12,13 +13,6 @@ namespace workbench::data {
 namespace {
 
 int numberOf(auto enumeration) { return static_cast<int>(enumeration); }
-
-// How many of the three places a missing-value code uses; none where it says nothing of values.
-int usedMissingValues(std::int32_t code) {
-  if (code == -2) return 2;
-  if (code == -3) return 3;
-  return code >= 1 && code <= 3 ? code : 0;
-}
 
 }  // namespace
 
@@ -68,7 +62,7 @@ RefCountPtr<VRIX_ValueLabelMap> DictionaryVariable::GetValueLabels() const {
 std::int32_t DictionaryVariable::GetMissingValues(const OBS*& first, const OBS*& second, const OBS*& third) const {
   journalCall("GetMissingValues(first, second, third)");
   const MissingValues& missing = variable_.missing;
-  const int used = usedMissingValues(missing.code);
+  const std::size_t used = missingCount(missing.code).value_or(0);
   first = used >= 1 ? &missing.values[0] : nullptr;
   second = used >= 2 ? &missing.values[1] : nullptr;
   third = used >= 3 ? &missing.values[2] : nullptr;

@@ -1,10 +1,9 @@
 #include "workbench/data/working/key_findings.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstring>
-#include <iterator>
 
+#include "workbench/data/descriptors/missing_codes.h"
 #include "workbench/data/working/case_filter.h"
 
 namespace workbench::data {
@@ -13,11 +12,7 @@ namespace {
 bool isMissingText(const SortKey& key, const MissingValues& declared, const OBS* oneCase) {
   const OBS& beginning = oneCase[key.slot];
   const auto isDeclared = [&](const OBS& value) { return std::memcmp(value.text, beginning.text, sizeof(OBS)) == 0; };
-  // As for numbers, a code that is none declares nothing.
-  const bool isCode = declared.code >= 0 && declared.code <= std::ssize(declared.values);
-  const std::ptrdiff_t discrete = isCode ? declared.code : 0;
-  return keyText(key, oneCase).empty() ||
-         std::any_of(declared.values.begin(), declared.values.begin() + discrete, isDeclared);
+  return keyText(key, oneCase).empty() || std::ranges::any_of(discreteValues(declared), isDeclared);
 }
 
 }  // namespace

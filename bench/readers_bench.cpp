@@ -19,14 +19,12 @@
 #include <stdexcept>
 #include <string>
 
+#include "bench/cases_read.h"
 #include "bench/generator/dataset_pair.h"
 #include "workbench/data/data_file.h"
 
 namespace {
 
-using workbench::data::CaseBlock;
-using workbench::data::CaseLayout;
-using workbench::data::CaseReader;
 using workbench::data::DataFile;
 
 // A folder of generated files that goes with the program.
@@ -94,21 +92,8 @@ void makeAsGoodAsNew(const bench::Plan& plan) {
   }
 }
 
-// Reads all cases in blocks, as the host does.
-std::int64_t casesRead(const DataFile& file) {
-  const std::unique_ptr<CaseReader> reader = file.openReader();
-  CaseBlock block(CaseLayout(file.dictionary()).caseSlots);
-  std::int64_t cases = 0;
-  do {
-    reader->fill(block);
-    benchmark::DoNotOptimize(block.begin());
-    cases += static_cast<std::int64_t>(block.cases());
-  } while (block.cases() != 0);
-  return cases;
-}
-
 void read(const OpenFiles& files, const bench::Plan& plan) {
-  if (casesRead(*files.first) + casesRead(*files.second) != 2 * plan.rows) {
+  if (bench::casesRead(*files.first) + bench::casesRead(*files.second) != 2 * plan.rows) {
     throw std::runtime_error("Not all cases were read.");
   }
 }

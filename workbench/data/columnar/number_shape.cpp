@@ -12,7 +12,6 @@
 namespace workbench::data {
 namespace {
 
-constexpr double beyondShort = 1e15;
 constexpr std::int32_t mostQuickDigits = 15;
 
 std::int32_t digitsOf(double whole) {
@@ -37,14 +36,6 @@ void NumberShape::addDecimal(std::int64_t digits, std::int32_t scale) {
 std::int32_t NumberShape::wholeWidth() const {
   const std::int32_t width = digitsOf(std::floor(highest_));
   return lowest_ < 0 ? std::max(width, digitsOf(std::floor(-lowest_)) + 1) : width;
-}
-
-// Whether it is one of the numbers that have as few digits as those before it: of up to 15 digits, the one decimal
-// nearest to it is the shortest.
-bool NumberShape::fits(double number) const {
-  if (number < lowest_ || number > highest_) return false;
-  const double digits = std::nearbyint(number * scale_);
-  return std::fabs(digits) < beyondShort && digits / scale_ == number;
 }
 
 void NumberShape::widen(double number) {

@@ -1,12 +1,14 @@
 // NumberShape: how many digits the numbers of a column take when each is written in its shortest form.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 namespace workbench::data {
 
 class NumberShape {
  public:
+  // Of several numbers it is enough to add the lowest and the highest of them, of decimals as well.
   void addWhole(std::int64_t number);
   // A number with so many digits behind the point.
   void addDecimal(std::int64_t digits, std::int32_t scale);
@@ -20,9 +22,17 @@ class NumberShape {
   std::int32_t significantDigits() const { return significantDigits_; }
 
  private:
-  bool fits(double number) const;
+  // Whether it is one of the numbers that have as few digits as those before it: of up to 15 digits, the one decimal
+  // nearest to it is the shortest.
+  bool fits(double number) const {
+    if (number < lowest_ || number > highest_) return false;
+    const double digits = std::nearbyint(number * scale_);
+    return std::fabs(digits) < beyondShort && digits / scale_ == number;
+  }
   void widen(double number);
   void noteExtremes(double whole);
+
+  static constexpr double beyondShort = 1e15;
 
   // What fits between these, with no more than the fraction's digits, needs no further look.
   double lowest_ = 0;

@@ -8,9 +8,9 @@
 
 #include "workbench/data/case_reader.h"
 #include "workbench/data/cells/cell_reader.h"
+#include "workbench/data/columnar/stored_rows.h"
 #include "workbench/data/columnar/stored_table.h"
 #include "workbench/data/columnar/vector_cells.h"
-#include "workbench/data/files/duckdb_query.h"
 
 namespace workbench::data {
 
@@ -44,12 +44,15 @@ class StoredCaseReader final : public CaseReader {
                     std::size_t caseSlots);
   void decodeTexts(std::int32_t variable, const VectorCells& cells, std::size_t rows, OBS* values,
                    std::size_t caseSlots) const;
+  void decodeTextsOrNone(std::int32_t variable, const VectorCells& cells, std::size_t rows, OBS* values,
+                         std::size_t caseSlots) const;
+  [[noreturn]] void refuseLongText(std::int32_t variable, std::size_t row) const;
   [[noreturn]] void refuse(std::int32_t variable, std::size_t row, std::string_view why) const;
   void checkUnchanged() const;
 
   std::shared_ptr<const StoredDataset> dataset_;
   std::vector<std::int32_t> variables_;  // that are fetched, in their order
-  std::unique_ptr<DuckDbQuery> query_;   // null: all has been read
+  std::unique_ptr<StoredRows> rows_;     // null: all has been read
   std::size_t row_ = 0;                  // of the current chunk, the next to be decoded
   std::int64_t cases_ = 0;               // before the current chunk's next row
 };

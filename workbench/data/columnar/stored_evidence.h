@@ -28,11 +28,15 @@ class StoredEvidence {
   bool rises() const { return rises_; }
 
  private:
+  template <class Value, class ValueOf, class AreUsual>
+  void addNumbers(CellKind kind, const VectorCells& cells, std::size_t rows, ValueOf valueOf, AreUsual areUsual);
   template <class Value, class ValueOf>
-  void addNumbers(CellKind kind, const VectorCells& cells, std::size_t rows, ValueOf valueOf);
+  void addOneByOne(CellKind kind, const Value* values, std::size_t first, std::size_t count, ValueOf valueOf);
   template <class ValueOf>
   void addMoments(CellKind kind, const VectorCells& cells, std::size_t rows, ValueOf valueOf);
   void addTexts(const VectorCells& cells, std::size_t rows);
+  void addTextsOneByOne(const VectorCells& cells, std::size_t first, std::size_t count);
+  void addLengths(const VectorCells& cells, std::size_t first, std::size_t count);
   void addCellTexts(const VectorCells& cells, std::size_t rows);
   static std::string textOf(CellKind kind, double value);
   void noteFirst(ColumnEvidence::Summary& of, std::size_t row, const std::string& text) const;

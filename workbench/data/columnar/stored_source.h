@@ -3,9 +3,13 @@
 // It holds open what it reads from as long as it is there.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "workbench/data/descriptors/described_table.h"
@@ -13,12 +17,24 @@
 
 namespace workbench::data {
 
+class StoredRows;
+struct WantedRows;
+
+// What a stored table says of itself.
+struct StoredOutline {
+  std::vector<std::pair<std::string, std::string>> columns;  // names, and types by DuckDB's names of them
+  std::int64_t cases = 0;
+};
+
 class StoredSource {
  public:
   virtual ~StoredSource() = default;
 
   virtual const std::string& path() const = 0;  // as written
   virtual std::string relation() const = 0;     // the table in a FROM clause, valid as long as this object
+  virtual Outcome<StoredOutline> outline() const;
+  // All rows; each call begins anew.
+  virtual Outcome<std::unique_ptr<StoredRows>> rows(const WantedRows& wanted) const;
   // What tells it from every other table and every other state of itself.
   virtual std::string identity() const = 0;
   virtual std::vector<std::string> files() const = 0;  // that it is stored in

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "workbench/data/columnar/stored_evidence.h"
+#include "workbench/data/columnar/stored_rows.h"
 #include "workbench/data/columnar/vector_cells.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/text/wording.h"
@@ -15,51 +16,24 @@
 namespace workbench::data {
 namespace {
 
-Outcome<std::vector<StoredColumn>> columnsOf(const StoredSource& source) {
-  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
-      fmt::format("SELECT column_name, column_type FROM (DESCRIBE SELECT * FROM {})", source.relation()));
-  if (!query) return query.problem();
-  std::vector<StoredColumn> columns;
-  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
-    for (std::size_t row = 0; row < chunk.rows(); ++row) {
-      columns.push_back(storedColumn(std::string(chunk.column(0)[row]), std::string(chunk.column(1)[row])));
-      StoredColumn& column = columns.back();
-      if (column.isText() && source.isTextOfAnyKind(column.name)) column.carrier = Carrier::cellText;
-    }
-  });
-  if (!read) return read.problem();
-  return columns;
-}
-
-// Told by what the files or the database say of themselves.
-Outcome<std::int64_t> rowsOf(const StoredSource& source) {
-  Outcome<std::unique_ptr<DuckDbQuery>> query =
-      DuckDbQuery::start(fmt::format("SELECT count(*) FROM {}", source.relation()));
-  if (!query) return query.problem();
-  const Outcome<bool> isThere = (*query)->nextChunk();
-  if (!isThere) return isThere.problem();
-  return *static_cast<const std::int64_t*>((*query)->values(0).first);
-}
-
 Outcome<Done> gather(StoredTable& table) {
-  std::vector<std::string> fetched;
+  std::vector<WantedColumn> wanted;
   std::vector<StoredEvidence> evidence;
   evidence.reserve(table.columns.size());
   for (const StoredColumn& column : table.columns) {
-    fetched.push_back(fetchedColumn(column));
+    wanted.push_back({wanted.size(), &column});
     evidence.emplace_back(column);
   }
-  Outcome<std::unique_ptr<DuckDbQuery>> query =
-      DuckDbQuery::start(fmt::format("SELECT {} FROM {}", fmt::join(fetched, ", "), table.source->relation()));
-  if (!query) return query.problem();
-  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
-    for (std::size_t column = 0; column < evidence.size(); ++column) {
-      const auto [values, present] = chunk.values(column);
-      evidence[column].add({values, present}, chunk.rows());
-    }
-    table.cases += static_cast<std::int64_t>(chunk.rows());
-  });
-  if (!read) return read.problem();
+  const Outcome<std::unique_ptr<StoredRows>> rows = table.source->rows({wanted.size(), wanted, true});
+  if (!rows) return rows.problem();
+  while (true) {
+    const Outcome<bool> isThere = (*rows)->next();
+    if (!isThere) return isThere.problem();
+    if (!*isThere) break;
+    for (std::size_t column = 0; column < evidence.size(); ++column)
+      evidence[column].add((*rows)->values(column), (*rows)->rows());
+    table.cases += static_cast<std::int64_t>((*rows)->rows());
+  }
   for (const StoredEvidence& of : evidence) {
     table.evidence.push_back(of.evidence());
     table.rises.push_back(of.rises());
@@ -103,12 +77,13 @@ Outcome<std::shared_ptr<const StoredTable>> outlineOf(std::shared_ptr<const Stor
   auto table = std::make_shared<StoredTable>();
   table->identity = source->identity();
   table->source = std::move(source);
-  Outcome<std::vector<StoredColumn>> columns = columnsOf(*table->source);
-  if (!columns) return storedProblem(columns.problem(), *table->source);
-  table->columns = std::move(*columns);
-  const Outcome<std::int64_t> cases = rowsOf(*table->source);
-  if (!cases) return storedProblem(cases.problem(), *table->source);
-  table->cases = *cases;
+  Outcome<StoredOutline> outline = table->source->outline();
+  if (!outline) return storedProblem(outline.problem(), *table->source);
+  for (auto& [name, type] : outline->columns) {
+    StoredColumn& column = table->columns.emplace_back(storedColumn(std::move(name), std::move(type)));
+    if (column.isText() && table->source->isTextOfAnyKind(column.name)) column.carrier = Carrier::cellText;
+  }
+  table->cases = outline->cases;
   for (const StoredColumn& column : table->columns) {
     table->evidence.emplace_back().declare(kindOf(column));
     table->rises.push_back(false);
@@ -145,7 +120,7 @@ Outcome<std::vector<std::size_t>> longestTexts(const StoredTable& table, const s
   std::vector<std::size_t> longest(columns.size());
   for (std::size_t index = 0; *isThere && index < longest.size(); ++index) {
     const auto [values, present] = (*query)->values(index);
-    const VectorCells cells{values, present};
+    const VectorCells cells{values, {present}};
     if (cells.has(0)) longest[index] = static_cast<std::size_t>(*cells.as<std::int64_t>());
   }
   return longest;

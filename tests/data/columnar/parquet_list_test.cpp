@@ -16,16 +16,6 @@ std::string folderOf(const TestFolder& folder, const Texts& queries) {
   return folder.path("data");
 }
 
-// Gives a column of a file another name as long as its own. Other programs write names that differ in case only; DuckDB
-// changes such names, but the footer, where they stand as they are, takes any.
-void renameColumn(const TestFolder& folder, std::string_view file, std::string_view from, std::string_view to) {
-  std::string bytes = folder.read(file);
-  ASSERT_NE(bytes.find(from), std::string::npos);
-  for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from))
-    bytes.replace(at, from.size(), to);
-  folder.write(file, bytes);
-}
-
 std::string packageOf(const TestFolder& folder, std::string_view resource) {
   folder.write("datapackage.json", fmt::format(R"({{"resources": [{{"name": "visits", {}}}]}})", resource));
   return folder.path("datapackage.json");

@@ -101,6 +101,18 @@ TEST(Parquet, TellsWhetherItsColumnsRise) {
   EXPECT_FALSE(file->isKnownIncreasing(3));
 }
 
+TEST(Parquet, ColumnsThatAreCalledOtherwiseThanInTheFileAreToldWithTheirNames) {
+  const TestFolder folder;
+  const std::string path = parquetOf(folder, "a.parquet", "SELECT 1 AS age, 2 AS old");
+  renameColumn(folder, "a.parquet", "old", "Age");
+  const SharedFile file = opened(path);
+  EXPECT_EQ(file->dictionary().at(0).name, "age");
+  EXPECT_EQ(file->dictionary().at(1).name, "Age_1");
+  EXPECT_EQ(file->warnings(),
+            std::vector<std::string>{R"(The name of column 2, "Age", repeats; the column is called "Age_1".)"});
+  EXPECT_EQ(shown(file), "1 2");
+}
+
 TEST(Parquet, ReadsTheWantedVariablesOnly) {
   const TestFolder folder;
   const SharedFile file = opened(parquetOf(folder, "a.parquet", "SELECT 1 AS a, 'x' AS b, 3 AS c"));

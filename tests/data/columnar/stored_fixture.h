@@ -24,6 +24,16 @@ inline std::string parquetOf(const TestFolder& folder, const std::string& name, 
   return path;
 }
 
+// Gives a column of a file another name as long as its own. Other programs write names that differ in case only; DuckDB
+// changes such names, but the footer, where they stand as they are, takes any.
+inline void renameColumn(const TestFolder& folder, std::string_view file, std::string_view from, std::string_view to) {
+  std::string bytes = folder.read(file);
+  ASSERT_NE(bytes.find(from), std::string::npos);
+  for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from))
+    bytes.replace(at, from.size(), to);
+  folder.write(file, bytes);
+}
+
 // A database with the tables that the statements make in "made".
 inline std::string duckDbOf(const TestFolder& folder, const std::string& name,
                             const std::vector<std::string>& statements) {

@@ -3,6 +3,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "workbench/data/files/column_names.h"
 #include "workbench/data/parquet/parquet_rows.h"
 #include "workbench/text/folding.h"
 #include "workbench/text/utf8.h"
@@ -61,14 +62,27 @@ std::optional<StoredOutline> ParquetFile::outline() const {
   if (!layout_ || layout_->columns.empty()) return std::nullopt;
   StoredOutline outline;
   std::unordered_set<std::string> names;  // DuckDB makes those different that differ in case alone
-  for (const std::optional<ParquetColumn>& column : layout_->columns) {
-    if (!column || column->duckDbType.empty() || column->name.empty() || !text::isUtf8(column->name) ||
-        !names.insert(text::foldedName(column->name)).second)
+  for (std::size_t index = 0; index < layout_->columns.size(); ++index) {
+    const std::optional<ParquetColumn>& column = layout_->columns[index];
+    const std::string& name = layout_->names[index];
+    if (!column || column->duckDbType.empty() || name.empty() || !text::isUtf8(name) ||
+        !names.insert(text::foldedName(name)).second)
       return std::nullopt;
-    outline.columns.emplace_back(column->name, column->duckDbType);
+    outline.columns.emplace_back(name, column->duckDbType);
   }
   outline.cases = layout_->rows;
   return outline;
+}
+
+std::vector<std::string> ParquetFile::renamings(const StoredOutline& outline) const {
+  std::vector<std::string> warnings;
+  if (!layout_ || layout_->names.size() != outline.columns.size()) return warnings;
+  for (std::size_t column = 0; column < layout_->names.size(); ++column) {
+    const std::string& name = layout_->names[column];
+    const std::string& given = outline.columns[column].first;
+    if (name != given) warnings.push_back(renamingOf(column, name, given));
+  }
+  return warnings;
 }
 
 std::optional<std::string> ParquetFile::metadata(std::string_view key) const {

@@ -22,6 +22,8 @@ class ParquetFile {
   const std::string& name() const { return name_; }
   // Nothing when something is out of the common: then DuckDB is to be asked.
   std::optional<StoredOutline> outline() const;
+  // Sentences about the columns that the outline calls otherwise than the file does.
+  std::vector<std::string> renamings(const StoredOutline& outline) const;
   std::optional<std::string> metadata(std::string_view key) const;  // of a file in which each key stands once
   bool hasLayout() const { return layout_.has_value(); }
 

@@ -44,7 +44,11 @@ class ParquetFiles final : public StoredSource {
     return describedByStored(isDecoded ? first.metadata(resourceKey) : resourceInFooter(first.file().descriptorPath()),
                              path_);
   }
-  std::vector<std::string> warnings() const override { return list_.warnings(); }
+  std::vector<std::string> warnings() const override {
+    if (files_.size() != 1 || files_.front()->outline()) return list_.warnings();
+    const Outcome<StoredOutline> ofDuckDb = StoredSource::outline();
+    return ofDuckDb ? files_.front()->renamings(*ofDuckDb) : std::vector<std::string>();
+  }
 
  private:
   std::string path_;

@@ -7,6 +7,12 @@
 
 namespace workbench::data {
 
+std::string renamingOf(std::size_t column, const std::string& name, const std::string& given) {
+  const std::string number = fmt::to_string(column + 1);
+  if (name.empty()) return text::sentence("Column ^1 has no name; it is called \"^2\".", {number, given});
+  return text::sentence("The name of column ^1, \"^2\", repeats; the column is called \"^3\".", {number, name, given});
+}
+
 ColumnNames columnNames(const std::vector<std::string>& header) {
   ColumnNames result;
   result.names.resize(header.size());
@@ -27,13 +33,10 @@ ColumnNames columnNames(const std::vector<std::string>& header) {
     if (!result.names[column].empty()) continue;
     if (header[column].empty()) {
       take(column, taken.goodName(fmt::format("column{}", column + 1)));
-      result.warnings.push_back(text::sentence("Column ^1 has no name; it is called \"^2\".",
-                                               {fmt::to_string(column + 1), result.names[column]}));
     } else {
       take(column, taken.goodName(header[column]));
-      result.warnings.push_back(text::sentence("The name of column ^1, \"^2\", repeats; the column is called \"^3\".",
-                                               {fmt::to_string(column + 1), header[column], result.names[column]}));
     }
+    result.warnings.push_back(renamingOf(column, header[column], result.names[column]));
   }
   return result;
 }

@@ -4,6 +4,7 @@
 // warning says so; made-up names never take a name that stands in the header.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ struct ColumnNames {
   std::vector<std::string> names;  // one per column, all different without regard to case
   std::vector<std::string> warnings;
 };
+
+// The warning that a column, the first one being 0, is called otherwise than its file calls it.
+std::string renamingOf(std::size_t column, const std::string& name, const std::string& given);
 
 ColumnNames columnNames(const std::vector<std::string>& header);
 

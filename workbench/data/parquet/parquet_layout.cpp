@@ -172,14 +172,14 @@ std::size_t passElement(const std::vector<SchemaElement>& schema, std::size_t& n
   return leaves;
 }
 
-std::vector<std::optional<ParquetColumn>> columnsOf(const std::vector<SchemaElement>& schema) {
+void layColumns(const std::vector<SchemaElement>& schema, ParquetLayout& layout) {
   constexpr std::int64_t optional = 1;
   constexpr std::int64_t repeated = 2;
-  std::vector<std::optional<ParquetColumn>> columns;
   std::size_t leaf = 0;
   for (std::size_t next = 1; next < schema.size();) {  // the first one is the row
     const SchemaElement& element = schema[next];
-    std::optional<ParquetColumn>& column = columns.emplace_back();
+    layout.names.push_back(element.name);
+    std::optional<ParquetColumn>& column = layout.columns.emplace_back();
     const std::int64_t type = element.type.physical;
     const bool hasType = type >= 0 && type <= static_cast<std::int64_t>(PhysicalType::fixedBytes);
     if (element.children == 0 && element.repetition != repeated && hasType) {
@@ -188,12 +188,10 @@ std::vector<std::optional<ParquetColumn>> columnsOf(const std::vector<SchemaElem
                              static_cast<std::size_t>(std::max<std::int64_t>(element.length, 0)),
                              element.repetition == optional,
                              leaf,
-                             element.name,
                              duckDbTypeOf(element.type)};
     }
     leaf += passElement(schema, next);
   }
-  return columns;
 }
 
 // Whether every part lies within the file, where no other one does.
@@ -250,7 +248,11 @@ std::optional<ParquetLayout> parquetLayoutOf(int descriptor) {
   if (!bytes) return std::nullopt;
   std::optional<Footer> footer = footerOf(*bytes);
   if (!footer) return std::nullopt;
-  ParquetLayout layout{columnsOf(footer->schema), std::move(footer->groups), std::move(footer->metadata), footer->rows};
+  ParquetLayout layout;
+  layColumns(footer->schema, layout);
+  layout.groups = std::move(footer->groups);
+  layout.metadata = std::move(footer->metadata);
+  layout.rows = footer->rows;
   const bool isSound = arePlacesSound(layout.groups, status.st_size) && areGroupsSound(layout);
   return isSound ? std::optional(std::move(layout)) : std::nullopt;
 }

@@ -28,8 +28,7 @@ struct ParquetColumn {
   TimeUnit unit = TimeUnit::none;
   std::size_t fixedLength = 0;  // in bytes, of fixedBytes
   bool mayBeMissing = false;
-  std::size_t leaf = 0;  // its place among the columns that values are stored of
-  std::string name;
+  std::size_t leaf = 0;    // its place among the columns that values are stored of
   std::string duckDbType;  // DuckDB's name of its type; empty: out of the common
 };
 
@@ -49,6 +48,7 @@ struct RowGroup {
 
 struct ParquetLayout {
   std::vector<std::optional<ParquetColumn>> columns;  // in their order; nothing: it holds more than a value per row
+  std::vector<std::string> names;                     // of the columns, with bytes of any kind
   std::vector<RowGroup> groups;
   std::vector<std::pair<std::string, std::string>> metadata;  // keys and values, with bytes of any kind
   std::int64_t rows = -1;

@@ -3,8 +3,8 @@
 build_packages=(
   g++ cmake ninja-build ccache pkg-config python3 ca-certificates
   libicu-dev icu-devtools libfmt-dev nlohmann-json3-dev libcli11-dev
-  libxlsxwriter-dev libsnappy-dev
-  librapidcheck-dev libgtest-dev libgmock-dev libbenchmark-dev libvalijson-dev zlib1g-dev libzstd-dev
+  libxlsxwriter-dev
+  librapidcheck-dev libsnappy-dev libgtest-dev libgmock-dev libbenchmark-dev libvalijson-dev zlib1g-dev libzstd-dev
   librnp-dev libsodium-dev libsimdjson-dev libsqlite3-dev libpq-dev gnupg valgrind
 )
 test_packages=(libreoffice-calc-nogui locales iso-codes tzdata r-base-core postgresql)

@@ -117,7 +117,9 @@ struct Issued {
       if (!flags) return false;
       EXPECT_EQ(variable, "CasesCompare");
       EXPECT_EQ(static_cast<std::size_t>(cases), flags->size());
-      const std::span<const double> all(*flags);
+      std::vector<OBS> values(flags->size());
+      std::transform(flags->begin(), flags->end(), values.begin(), [](double flag) { return OBS{.number = flag}; });
+      const std::span<const OBS> all(values);
       for (std::size_t at = 0; at < all.size();) {
         const std::size_t count = std::min<std::size_t>(all.size() - at, at % 3 == 0 ? 1 : 2);
         visit(all.subspan(at, count));

@@ -67,13 +67,10 @@ bool visitFlags(Session& session, const std::string& variable, std::int64_t case
   const std::int32_t index = dataset->dictionary().find(variable);
   if (index < dataset->baseVariables()) return false;
   const data::AddedColumn& column = dataset->column(index);
-  std::array<OBS, 4096> slots;
-  std::array<double, slots.size()> flags;
-  for (std::int64_t first = 0; first < cases; first += static_cast<std::int64_t>(slots.size())) {
-    const auto count = std::min(slots.size(), static_cast<std::size_t>(cases - first));
-    column.layOver(first, slots.data(), count, 1);
-    std::transform(slots.begin(), slots.begin() + static_cast<std::ptrdiff_t>(count), flags.begin(),
-                   [](const OBS& slot) { return slot.number; });
+  std::array<OBS, 4096> flags;
+  for (std::int64_t first = 0; first < cases; first += static_cast<std::int64_t>(flags.size())) {
+    const auto count = std::min(flags.size(), static_cast<std::size_t>(cases - first));
+    column.layOver(first, flags.data(), count, 1);
     visit(std::span(flags).first(count));
   }
   return true;

@@ -143,16 +143,20 @@ void takeFlags(const std::string& variable, const FlagLookup& flags, ComparisonF
   double alone = 0;
   std::int64_t first = 0;  // of the run that is handed over
   std::size_t stretch = 0;
-  const auto visit = [&](std::span<const double> run) {
+  const auto visit = [&](std::span<const OBS> run) {
     const std::int64_t end = first + static_cast<std::int64_t>(run.size());
     while (first < end) {
       const std::int64_t next = std::min(end, startOf(stretch + 1, stretches, figures.activeCases));
       const auto part =
           run.subspan(run.size() - static_cast<std::size_t>(end - first), static_cast<std::size_t>(next - first));
-      const auto differing = std::count(part.begin(), part.end(), 1.0);
-      const auto equal = std::count(part.begin(), part.end(), 0.0);
+      std::size_t differing = 0;
+      std::size_t equal = 0;
+      for (const OBS& flag : part) {
+        differing += flag.number == 1.0 ? 1 : 0;
+        equal += flag.number == 0.0 ? 1 : 0;
+      }
       places.counts[stretch] += static_cast<double>(differing);
-      alone += static_cast<double>(static_cast<std::int64_t>(part.size()) - differing - equal);
+      alone += static_cast<double>(part.size() - differing - equal);
       first = next;
       if (next == startOf(stretch + 1, stretches, figures.activeCases)) ++stretch;
     }

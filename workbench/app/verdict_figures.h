@@ -9,13 +9,14 @@
 #include <string_view>
 #include <vector>
 
+#include "host/data.h"
 #include "workbench/output/document.h"
 
 namespace workbench::app {
 
 // Hands over the flags of the active dataset's first `cases` cases in the named variable (0 equal, 1 different, -1
 // without a partner), in order, a run of cases at a time. False when the dataset has no such variable.
-using FlagVisit = std::function<void(std::span<const double> flags)>;
+using FlagVisit = std::function<void(std::span<const OBS> flags)>;
 using FlagLookup = std::function<bool(const std::string& variable, std::int64_t cases, const FlagVisit& visit)>;
 
 struct ComparisonFigures {

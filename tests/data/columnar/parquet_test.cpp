@@ -90,6 +90,42 @@ TEST(Parquet, RefusesAValueThatItCannotHold) {
   EXPECT_EQ(folder.names(), std::vector<std::string>());
 }
 
+// What stands in a file whose dictionary says all that there is to know, so that nobody looks at its values before.
+std::string problemOfDescribedValues(const std::string& query, const std::string& field) {
+  const TestFolder folder;
+  const std::string resource = fmt::format(R"({{"name": "a", "schema": {{"fields": [{}]}}}})", field);
+  const std::string path = folder.path("a.parquet");
+  runSql(fmt::format("COPY ({}) TO {} (FORMAT parquet, KV_METADATA {{'statistics:resource': {}}})", query,
+                     sqlText(path), sqlText(resource)));
+  const SharedFile file = opened(path);
+  try {
+    casesOf(*file);
+  } catch (const ErrorText& error) {
+    const std::string text = error.GetText();
+    return text.substr(text.find("a.parquet"));
+  }
+  return "none";
+}
+
+TEST(Parquet, NamesTheFirstValueThatTheDictionaryDoesNotAllow) {
+  const std::string number =
+      R"({"name": "x", "type": "number", "statistics:variable": {"format": {"type": "F", "width": 8, "decimals": 2}}})";
+  const std::string text = R"({"name": "x", "type": "string", "statistics:variable": {"storageWidth": 3}})";
+  EXPECT_EQ(problemOfDescribedValues("SELECT i AS x FROM range(3000) AS t(i)", number), "none");
+  EXPECT_EQ(problemOfDescribedValues(
+                "SELECT CASE WHEN i IN (2700, 2800) THEN 9007199254740993 WHEN i % 7 <> 0 THEN i END AS x "
+                "FROM range(3000) AS t(i)",
+                number),
+            "a.parquet, row 2701: In column \"x\" the value is none that its type has. Correct the value or the type.");
+  EXPECT_EQ(problemOfDescribedValues(
+                "SELECT CASE i WHEN 5 THEN 'infinity'::DOUBLE ELSE i END AS x FROM range(9) AS t(i)", number),
+            "a.parquet, row 6: In column \"x\" the value is none that its type has. Correct the value or the type.");
+  EXPECT_EQ(
+      problemOfDescribedValues("SELECT CASE WHEN i >= 5 THEN 'long' ELSE 'abc' END AS x FROM range(9) AS t(i)", text),
+      "a.parquet, row 6: In column \"x\" the value is longer than its column is wide. Correct the value or the "
+      "type.");
+}
+
 TEST(Parquet, TellsWhetherItsColumnsRise) {
   const TestFolder folder;
   const SharedFile file = opened(parquetOf(

@@ -26,7 +26,9 @@ class NumberShape {
   // nearest to it is the shortest.
   bool fits(double number) const {
     if (number < lowest_ || number > highest_) return false;
-    const double digits = std::nearbyint(number * scale_);
+    // Rounded to a whole number, half of them to even ones: no bit below one has a place in such a sum.
+    constexpr double roundsOff = 3ULL << 51;
+    const double digits = number * scale_ + roundsOff - roundsOff;
     return std::fabs(digits) < beyondShort && digits / scale_ == number;
   }
   void widen(double number);

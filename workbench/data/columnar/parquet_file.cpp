@@ -21,6 +21,7 @@ class DecodedRows final : public StoredRows {
     const auto [values, present] = rows_->values(wanted);
     return {values, {present}};
   }
+  bool areColumnsApart() const override { return true; }
 
  private:
   std::unique_ptr<ParquetRows> rows_;

@@ -24,15 +24,19 @@ std::optional<std::size_t> decodeNumbers(const VectorCells& cells, std::size_t f
   std::optional<std::size_t> refused;
   cells.presence.eachStretch(firstRow, rows, [&](std::size_t first, std::size_t count, bool areThere) {
     OBS* slot = slots + (first - firstRow) * caseSlots;
-    for (std::size_t row = first; row < first + count; ++row, slot += caseSlots) {
-      if (!areThere) {
-        slot->number = systemMissing;
-      } else if (const std::optional<double> value = valueOf(values[row])) {
-        slot->number = *value;
-      } else {
-        if (!refused) refused = row - firstRow;
-        return;
-      }
+    if (!areThere) {
+      for (std::size_t row = 0; row < count; ++row, slot += caseSlots) slot->number = systemMissing;
+      return;
+    }
+    bool areHeld = true;
+    for (std::size_t row = first; row < first + count; ++row) areHeld = areHeld & valueOf(values[row]).has_value();
+    if (areHeld) {
+      for (std::size_t row = first; row < first + count; ++row, slot += caseSlots) slot->number = *valueOf(values[row]);
+    } else if (!refused) {
+      const Value* const there = values + first;
+      refused = first - firstRow +
+                static_cast<std::size_t>(
+                    std::find_if(there, there + count, [&](Value value) { return !valueOf(value); }) - there);
     }
   });
   return refused;

@@ -33,6 +33,8 @@ class StoredRows {
   virtual std::size_t rows() const = 0;
   // Of the wanted columns, in their order.
   virtual VectorCells values(std::size_t wanted) const = 0;
+  // Whether each column can be asked for on its own, at the same time as others, at no more cost.
+  virtual bool areColumnsApart() const { return false; }
 };
 
 // The rows as DuckDB hands them out. `relation` is the table in a FROM clause.

@@ -7,39 +7,13 @@
 #include <mutex>
 #include <utility>
 
-#include "workbench/data/columnar/stored_evidence.h"
-#include "workbench/data/columnar/stored_rows.h"
+#include "workbench/data/columnar/stored_look.h"
 #include "workbench/data/columnar/vector_cells.h"
 #include "workbench/data/files/duckdb_query.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
 namespace {
-
-Outcome<Done> gather(StoredTable& table) {
-  std::vector<WantedColumn> wanted;
-  std::vector<StoredEvidence> evidence;
-  evidence.reserve(table.columns.size());
-  for (const StoredColumn& column : table.columns) {
-    wanted.push_back({wanted.size(), &column});
-    evidence.emplace_back(column);
-  }
-  const Outcome<std::unique_ptr<StoredRows>> rows = table.source->rows({wanted.size(), wanted, true});
-  if (!rows) return rows.problem();
-  while (true) {
-    const Outcome<bool> isThere = (*rows)->next();
-    if (!isThere) return isThere.problem();
-    if (!*isThere) break;
-    for (std::size_t column = 0; column < evidence.size(); ++column)
-      evidence[column].add((*rows)->values(column), (*rows)->rows());
-    table.cases += static_cast<std::int64_t>((*rows)->rows());
-  }
-  for (const StoredEvidence& of : evidence) {
-    table.evidence.push_back(of.evidence());
-    table.rises.push_back(of.rises());
-  }
-  return Done{};
-}
 
 // The tables that were looked at last; least recently used ones go first.
 class StoredTableMemory {
@@ -97,8 +71,11 @@ Outcome<std::shared_ptr<const StoredTable>> lookAt(const StoredTable& outline) {
   table->source = outline.source;
   table->identity = outline.identity;
   table->columns = outline.columns;
-  if (const Outcome<Done> gathered = gather(*table); !gathered)
-    return storedProblem(gathered.problem(), *table->source);
+  Outcome<StoredLook> look = lookAtAllValues(*table->source, table->columns);
+  if (!look) return storedProblem(look.problem(), *table->source);
+  table->evidence = std::move(look->evidence);
+  table->rises = std::move(look->rises);
+  table->cases = look->cases;
   if (table->source->identity() != table->identity) {
     return Problem{text::sentence("The data changed while they were read."), table->source->path(),
                    text::sentence("Try again when they are complete.")};

@@ -12,19 +12,6 @@ namespace {
 
 constexpr std::size_t longestInlined = 12;
 
-bool isAscii(std::string_view bytes) {
-  std::uint64_t all = 0;
-  std::size_t at = 0;
-  for (; at + sizeof all <= bytes.size(); at += sizeof all) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes.data() + at, sizeof word);
-    all |= word;
-  }
-  for (; at < bytes.size(); ++at) all |= static_cast<std::uint8_t>(bytes[at]);
-  constexpr std::uint64_t highBits = 0x8080808080808080;
-  return (all & highBits) == 0;
-}
-
 // Requires: twelve bytes can be read from there, whatever the length. Lengths being what they are, a branch would be
 // guessed wrongly time and again: the first four bytes stand in the same place in either way to hold a text.
 duckdb_string_t textAt(const char* bytes, std::uint32_t length) {
@@ -45,7 +32,7 @@ duckdb_string_t textAt(const char* bytes, std::uint32_t length) {
 
 ColumnValues::ColumnValues(int descriptor, const ParquetColumn& column, const ValueForm& form, KeptPages& kept,
                            bool isFirstLook)
-    : pages_(descriptor, kept, isFirstLook),
+    : pages_(descriptor, kept, isFirstLook, form.handedOut == HandedOut::text),
       form_(form),
       fixedLength_(column.fixedLength),
       mayBeMissing_(column.mayBeMissing) {}
@@ -87,7 +74,7 @@ bool ColumnValues::openPage() {
     indices_ = RunReader(page->content.substr(isThere ? lengthBytes : page->content.size()), 1);
     return isThere || left_ == 0;
   }
-  isAscii_ = form_.handedOut == HandedOut::text && isAscii(page->content);
+  isAscii_ = page->isAscii;
   return page->encoding == ParquetEncoding::plain;
 }
 
@@ -97,7 +84,7 @@ bool ColumnValues::openDictionary(const Page& page) {
   if (!isPlain || form_.stored == PhysicalType::boolean || page.values > page.content.size()) return false;
   at_ = page.content.data();
   end_ = at_ + page.content.size();
-  isAscii_ = form_.handedOut == HandedOut::text && isAscii(page.content);
+  isAscii_ = page.isAscii;
   dictionaryValues_ = page.values;
   if (!readPlain(page.values, dictionary_.reserve(page.values * valueBytes(), 0))) return false;
   pages_.exchange(dictionaryBytes_);  // texts lie there

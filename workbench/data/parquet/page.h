@@ -16,6 +16,7 @@ struct Page {
   std::size_t values = 0;   // missing ones among them
   std::string_view levels;  // where values may be missing: runs of bits that tell which are there
   std::string_view content;
+  bool isAscii = false;  // all of the content, where it holds texts
 };
 
 // Bytes that grow and are used again, for values of any type. What is not written of them takes no memory.

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "workbench/data/parquet/file_bytes.h"
-#include "workbench/data/parquet/snappy_library.h"
+#include "workbench/data/parquet/snappy.h"
 #include "workbench/data/parquet/thrift_value.h"
 
 namespace workbench::data {
@@ -35,17 +35,28 @@ bool unpack(ParquetCodec codec, std::string_view packed, char* to, std::size_t b
       if (packed.size() != bytes) return false;
       std::memcpy(to, packed.data(), bytes);
       return true;
-    case ParquetCodec::snappy: {
-      std::size_t length = bytes;
-      return snappyLibrary() &&
-             (*snappyLibrary())->uncompress(packed.data(), packed.size(), to, &length) == SNAPPY_OK && length == bytes;
-    }
+    case ParquetCodec::snappy:
+      static_assert(PageBytes::readableBehind >= snappySlack);
+      return unpackSnappy(packed, to, bytes);
     case ParquetCodec::gzip:
       return unpackGzip(packed, to, bytes);
     case ParquetCodec::zstd:
       return ZSTD_decompress(to, bytes, packed.data(), packed.size()) == bytes;
   }
   return false;
+}
+
+bool isAscii(std::string_view bytes) {
+  std::uint64_t all = 0;
+  std::size_t at = 0;
+  for (; at + sizeof all <= bytes.size(); at += sizeof all) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + at, sizeof word);
+    all |= word;
+  }
+  for (; at < bytes.size(); ++at) all |= static_cast<std::uint8_t>(bytes[at]);
+  constexpr std::uint64_t highBits = 0x8080808080808080;
+  return (all & highBits) == 0;
 }
 
 }  // namespace
@@ -170,6 +181,8 @@ std::optional<Page> PageReader::unpacked(const Header& header) {
     return std::nullopt;
   std::memset(to + bytes, 0, PageBytes::readableBehind);
   if (!parted(header, {to, bytes}, page)) return std::nullopt;
+  const bool mayBeTexts = holdsTexts_ && (page.isDictionary || page.encoding == ParquetEncoding::plain);
+  page.isAscii = mayBeTexts && isAscii(page.content);
   return page;
 }
 

@@ -16,8 +16,8 @@ namespace workbench::data {
 class PageReader {
  public:
   // Takes pages from those that are kept; adds those that it unpacks if they are to be read once more. Both outlive it.
-  PageReader(int descriptor, KeptPages& kept, bool isFirstLook)
-      : descriptor_(descriptor), kept_(kept), isFirstLook_(isFirstLook) {}
+  PageReader(int descriptor, KeptPages& kept, bool isFirstLook, bool holdsTexts)
+      : descriptor_(descriptor), kept_(kept), isFirstLook_(isFirstLook), holdsTexts_(holdsTexts) {}
   PageReader(const PageReader&) = delete;
   PageReader& operator=(const PageReader&) = delete;
   ~PageReader() { keepCurrent(); }
@@ -45,6 +45,7 @@ class PageReader {
   int descriptor_;
   KeptPages& kept_;
   bool isFirstLook_;
+  bool holdsTexts_;
   ParquetCodec codec_ = ParquetCodec::none;
   bool mayBeMissing_ = false;
   std::int64_t at_ = 0;   // offset in the file behind the window

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "workbench/data/parquet/snappy_library.h"
 #include "workbench/text/wording.h"
 
 namespace workbench::data {
@@ -18,11 +17,9 @@ std::optional<ValueForm> formOf(const ParquetLayout& layout, const ParquetRows::
   return form && form->handedOut == wanted.handedOut ? form : std::nullopt;
 }
 
-bool isRead(const ColumnPart& part) { return part.isKnown && (part.codec != ParquetCodec::snappy || snappyLibrary()); }
-
 bool isRead(const ParquetLayout& layout, const ParquetRows::Column& wanted) {
   return formOf(layout, wanted) && std::all_of(layout.groups.begin(), layout.groups.end(), [&](const RowGroup& group) {
-           return isRead(group.parts[layout.columns[wanted.index]->leaf]);
+           return group.parts[layout.columns[wanted.index]->leaf].isKnown;
          });
 }
 

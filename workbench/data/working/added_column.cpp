@@ -10,6 +10,15 @@ namespace {
 
 constexpr std::size_t mostChunkBytes = std::size_t{1} << 18;
 
+// Nearly all added variables are numbers: their one slot is worth no call.
+void copyValue(const OBS* from, std::size_t slots, OBS* to) {
+  if (slots == 1) {
+    *to = *from;
+  } else {
+    std::copy_n(from, slots, to);
+  }
+}
+
 }  // namespace
 
 AddedColumn::AddedColumn(std::int32_t width)
@@ -41,7 +50,7 @@ void AddedColumn::layOver(std::int64_t firstRow, OBS* first, std::size_t count, 
     }
     for (std::size_t index = 0; index < run; ++index, first += stride) {
       if (values != nullptr) {
-        std::copy_n(values + index * slots_, slots_, first);
+        copyValue(values + index * slots_, slots_, first);
       } else {
         std::fill_n(first, slots_, missing_);
       }
@@ -102,7 +111,7 @@ void AddedColumn::Room::take(std::int64_t row, const OBS* value) noexcept {
   const std::size_t index = static_cast<std::size_t>(row);
   Chunk& chunk = *chunks_[(index >> shift_) - firstChunk_];
   const std::size_t within = index & ((std::size_t{1} << shift_) - 1);
-  std::copy_n(value, slots_, chunk.values.get() + within * slots_);
+  copyValue(value, slots_, chunk.values.get() + within * slots_);
 }
 
 }  // namespace workbench::data

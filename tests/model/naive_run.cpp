@@ -15,7 +15,7 @@ namespace workbench::tests::model {
 
 namespace {
 
-const std::string opened = "open ";
+const std::string openingOf = "open ";
 const std::string destroyed = "destroy ";
 
 // The name with "_1", "_2", ... behind it while a variable has it.
@@ -85,7 +85,7 @@ class Run {
   }
 
   bool compareCases(const CaseOrder& order, const OutputNames& names) {
-    for (const std::string& key : caseTables) step(opened + key);
+    for (const std::string& key : caseTables) step(openingOf + key);
     if (!openOutputs(names)) return leave();
     // With a flag to be written every case is read, whatever the filter.
     WalkedCases walked = walk(world_, order, foretold_.variables, !flag_);
@@ -211,7 +211,7 @@ class Run {
   }
 
   void addTable(const std::string& key, const std::string& table) {
-    step(opened + key);
+    step(openingOf + key);
     foretold_.report.items.push_back(table);
   }
   void say(const std::string& message) {

@@ -59,8 +59,8 @@ std::unique_ptr<CaseWriter> created(const std::string& path, const Dictionary& d
 std::string written(const Dictionary& dictionary, const std::vector<OBS>& slots, const std::string& name = "a.csv") {
   const TestFolder folder;
   const auto writer = created(folder.path(name), dictionary);
-  const std::size_t caseSlots = CaseLayout(dictionary).caseSlots;
-  writer->append(slots.data(), slots.size() / caseSlots, caseSlots);
+  const std::size_t ofACase = CaseLayout(dictionary).caseSlots;
+  writer->append(slots.data(), slots.size() / ofACase, ofACase);
   writer->complete();
   writer->commit();
   return folder.read(name);

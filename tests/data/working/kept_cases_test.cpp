@@ -17,9 +17,9 @@ using testing::MemoryLimitScope;
 using testing::SpillFolder;
 using testing::thrownBy;
 
-constexpr std::size_t limit = 16 << 10;
+constexpr std::size_t memoryForCases = 16 << 10;
 constexpr std::size_t caseSlots = 3;
-constexpr std::size_t casesInMemory = limit / (caseSlots * sizeof(OBS));
+constexpr std::size_t casesInMemory = memoryForCases / (caseSlots * sizeof(OBS));
 
 // Case n holds n, n + 1 and n + 2.
 std::shared_ptr<const KeptCases> keptUpTo(std::size_t count) {
@@ -47,7 +47,7 @@ void expectCasesUpTo(std::size_t count, BlockSupply& supply, std::size_t stride)
 }
 
 TEST(KeptCases, LieInMemoryAsLongAsTheLimitAllows) {
-  const MemoryLimitScope scope(limit);
+  const MemoryLimitScope scope(memoryForCases);
   const SpillFolder folder;
   const auto kept = keptUpTo(casesInMemory / 2);
   EXPECT_NE(kept->blocks(), nullptr);
@@ -57,14 +57,14 @@ TEST(KeptCases, LieInMemoryAsLongAsTheLimitAllows) {
 }
 
 TEST(KeptCases, LieInATemporaryFileBeyondTheLimit) {
-  const MemoryLimitScope scope(limit);
+  const MemoryLimitScope scope(memoryForCases);
   const SpillFolder folder;
   {
     constexpr std::size_t count = 10 * casesInMemory;
     const auto kept = keptUpTo(count);
     EXPECT_EQ(kept->cases(), static_cast<std::int64_t>(count));
     EXPECT_EQ(kept->blocks(), nullptr);
-    EXPECT_LE(memoryTaken(), limit);
+    EXPECT_LE(memoryTaken(), memoryForCases);
     EXPECT_EQ(folder.openFiles(), 1);
     EXPECT_EQ(folder.listing(), "");
     for (const std::size_t stride : {caseSlots, caseSlots + 2}) {
@@ -78,7 +78,7 @@ TEST(KeptCases, LieInATemporaryFileBeyondTheLimit) {
 }
 
 TEST(KeptCases, MayBeWrittenOverByEveryPassWithoutChanging) {
-  const MemoryLimitScope scope(limit);
+  const MemoryLimitScope scope(memoryForCases);
   const SpillFolder folder;
   for (const std::size_t count : {casesInMemory / 2, 2 * casesInMemory}) {
     const auto kept = keptUpTo(count);
@@ -89,7 +89,7 @@ TEST(KeptCases, MayBeWrittenOverByEveryPassWithoutChanging) {
 }
 
 TEST(KeptCases, CanBeReadBySeveralAtOnce) {
-  const MemoryLimitScope scope(limit);
+  const MemoryLimitScope scope(memoryForCases);
   const SpillFolder folder;
   const auto kept = keptUpTo(3 * casesInMemory);
   std::vector<std::thread> threads;
@@ -102,13 +102,13 @@ TEST(KeptCases, CanBeReadBySeveralAtOnce) {
 }
 
 TEST(KeptCases, OfTwoDatasetsShareTheLimit) {
-  const MemoryLimitScope scope(limit);
+  const MemoryLimitScope scope(memoryForCases);
   const SpillFolder folder;
   auto first = keptUpTo(casesInMemory * 3 / 4);
   const auto second = keptUpTo(casesInMemory * 3 / 4);
   EXPECT_NE(first->blocks(), nullptr);
   EXPECT_EQ(second->blocks(), nullptr) << "the first one has left too little";
-  EXPECT_LE(memoryTaken(), limit);
+  EXPECT_LE(memoryTaken(), memoryForCases);
   first.reset();
   EXPECT_NE(keptUpTo(casesInMemory / 2)->blocks(), nullptr) << "what was given back is there for others";
   expectCasesUpTo(casesInMemory * 3 / 4, *supplyKept(second, caseSlots, CaseUse::onlyRead, "kept"), caseSlots);
@@ -136,7 +136,7 @@ TEST(KeptCases, CanBeLargerThanTheLimitEach) {
 }
 
 TEST(KeptCases, LeaveNothingBehindWhenTheDiskIsFull) {
-  const MemoryLimitScope scope(limit);
+  const MemoryLimitScope scope(memoryForCases);
   const SpillFolder folder;
   const testing::SmallDisk disk(1 << 16);
   EXPECT_NE(thrownBy([] { keptUpTo(1'000'000); }).find("cannot be written (File too large)"), std::string::npos);

@@ -107,7 +107,7 @@ TEST(SpillFile, NoticesThatWhatItEncryptedWasChanged) {
 }
 
 TEST(SpillFile, SaysWhereNoFileCanBeMade) {
-  const SpillFolder missing("/nowhere/at/all");
+  const SpillFolder nowhere("/nowhere/at/all");
   EXPECT_EQ(thrownBy([] { const SpillFile file; }),
             "No temporary file can be made in /nowhere/at/all (No such file or directory). Name another folder by the "
             "environment variable TMPDIR.");

@@ -24,7 +24,7 @@ using testing::MemoryLimitScope;
 using testing::SpillFolder;
 
 constexpr std::size_t cases = 3000;
-constexpr std::size_t limit = 16 << 10;  // a fifth of them
+constexpr std::size_t memoryForDatasets = 16 << 10;  // a fifth of them
 
 // The numbers from 0 on, each once, in no order.
 std::vector<double> shuffled(std::size_t count = cases) {
@@ -67,7 +67,7 @@ void flag(const std::shared_ptr<Dataset>& dataset) {
 class SpilledDataset : public testing::Outputs {
  protected:
   SpillFolder spills_;
-  MemoryLimitScope limit_{limit};
+  MemoryLimitScope limit_{memoryForDatasets};
 };
 
 TEST_F(SpilledDataset, IsSortedByAnyVariableAgainAndAgain) {
@@ -84,7 +84,7 @@ TEST_F(SpilledDataset, IsSortedByAnyVariableAgainAndAgain) {
     EXPECT_EQ(result->cases, static_cast<std::int64_t>(cases));
     ASSERT_TRUE(sortCases(dataset, by({"y"}, SortPolicy::always)));
     expectInOrder(dataset, 1);
-    EXPECT_LE(memoryTaken(), limit);
+    EXPECT_LE(memoryTaken(), memoryForDatasets);
   }
   EXPECT_EQ(spills_.openFiles(), 0);
   EXPECT_EQ(spills_.listing(), "");
@@ -102,7 +102,7 @@ TEST_F(SpilledDataset, IsFlaggedSortedByItsFlagAndSaved) {
   const auto again = *openDataset(folder_.file("out.csv"), {});
   expectInOrder(*again, 0);
   EXPECT_EQ(again->caseCount(), static_cast<std::int64_t>(cases));
-  EXPECT_LE(memoryTaken(), limit);
+  EXPECT_LE(memoryTaken(), memoryForDatasets);
 }
 
 TEST_F(SpilledDataset, IsFlaggedAfterItWasSorted) {
@@ -168,7 +168,7 @@ TEST_F(SpilledDataset, IsSortedBesideAnotherOneAtTheSameTime) {
     EXPECT_TRUE(firstResult->reordered && secondResult->reordered);
     expectInOrder(first, 0);
     expectInOrder(second, 0);
-    EXPECT_LE(memoryTaken(), limit + 2 * bytesOfSmallestRun());
+    EXPECT_LE(memoryTaken(), memoryForDatasets + 2 * bytesOfSmallestRun());
   }
 }
 

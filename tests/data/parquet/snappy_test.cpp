@@ -110,6 +110,12 @@ TEST(Snappy, RefusesMoreOrFewerBytesThanThereAreToBe) {
   EXPECT_EQ(unpacked(withLength(6, bytesPiece("ab") + copyPiece(5, 1)), 6), std::nullopt);
 }
 
+// A library that counts in 32 bits takes such a length for none.
+TEST(Snappy, RefusesALengthOfTwoToThePowerOf32) {
+  EXPECT_EQ(unpacked("\x00\xfc\xff\xff\xff\xff"s, 0), std::nullopt);
+  EXPECT_EQ(unpackedByLibrary("\x00\xfc\xff\xff\xff\xff"s, 0), "");
+}
+
 TEST(Snappy, RefusesWhatIsCutAnywhere) {
   std::string text;
   for (int number = 0; number < 400; ++number) text += std::to_string(number % 37);

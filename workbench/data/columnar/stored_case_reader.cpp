@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "host/messages.h"
@@ -28,15 +30,16 @@ std::optional<std::size_t> decodeNumbers(const VectorCells& cells, std::size_t f
       for (std::size_t row = 0; row < count; ++row, slot += caseSlots) slot->number = systemMissing;
       return;
     }
+    // A value that is not held is no number meanwhile, which none that is held is: the loop has no branch, and asks
+    // once.
     bool areHeld = true;
-    for (std::size_t row = first; row < first + count; ++row) areHeld = areHeld & valueOf(values[row]).has_value();
-    if (areHeld) {
-      for (std::size_t row = first; row < first + count; ++row, slot += caseSlots) slot->number = *valueOf(values[row]);
-    } else if (!refused) {
-      const Value* const there = values + first;
-      refused = first - firstRow +
-                static_cast<std::size_t>(
-                    std::find_if(there, there + count, [&](Value value) { return !valueOf(value); }) - there);
+    for (std::size_t row = first; row < first + count; ++row, slot += caseSlots) {
+      const double value = valueOf(values[row]).value_or(std::numeric_limits<double>::quiet_NaN());
+      areHeld = areHeld & !std::isnan(value);
+      slot->number = value;
+    }
+    for (std::size_t row = first; !areHeld && !refused; ++row) {
+      if (!valueOf(values[row])) refused = row - firstRow;
     }
   });
   return refused;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <exception>
 #include <future>
 #include <memory>
 #include <numeric>
@@ -51,7 +50,7 @@ class ColumnsInTurn {
       while (others.size() + 1 < threads)
         others.push_back(std::async(std::launch::async, &ColumnsInTurn::takeTurns, this));
     } catch (const std::system_error&) {
-      static_cast<void>(0);  // no further thread is to be had: those that there are take all turns
+      // No further thread is to be had: those that there are take all turns.
     }
     takeTurns();
     for (std::future<void>& other : others) other.get();

@@ -21,6 +21,36 @@ TEST(DuckDbTables, AreReadByTheirNames) {
   EXPECT_EQ(shown(opened(path + "#v")), "5");
 }
 
+TEST(DuckDbTables, TakeLabelsFromCommentsUnlessADictionaryIsTheComment) {
+  const TestFolder folder;
+  const std::string path = duckDbOf(
+      folder, "a.duckdb",
+      {"CREATE TABLE made.t AS SELECT 1 AS a, 2 AS b", "COMMENT ON COLUMN made.t.a IS 'An \"a\"'",
+       "COMMENT ON TABLE made.t IS 'For people'", "CREATE VIEW made.v AS SELECT 1 AS a",
+       "COMMENT ON COLUMN made.v.a IS 'Seen'", "CREATE SCHEMA made.old", "CREATE TABLE made.old.t AS SELECT 1 AS a",
+       "COMMENT ON COLUMN made.old.t.a IS 'Former'", "CREATE TABLE made.described AS SELECT 1 AS a, 'x' AS b",
+       "COMMENT ON COLUMN made.described.a IS 'unused'",
+       R"(COMMENT ON TABLE made.described IS '{"name": "d", "schema": {"fields": [{"name": "a", "title": "From the )"
+       R"(dictionary", "type": "integer"}, {"name": "b", "type": "string"}]}}')"});
+  const SharedFile plain = opened(path + "#t");
+  EXPECT_EQ(plain->dictionary().at(0).label, "An \"a\"");
+  EXPECT_EQ(plain->dictionary().at(1).label, std::nullopt);
+  EXPECT_EQ(plain->dictionaryFile(), "");
+  EXPECT_EQ(opened(path + "#v")->dictionary().at(0).label, "Seen");
+  EXPECT_EQ(opened(path + "#old.t")->dictionary().at(0).label, "Former");
+  EXPECT_EQ(opened(path + "#described")->dictionary().at(0).label, "From the dictionary");
+}
+
+TEST(DuckDbTables, HoldEnumerationsAsTheirTexts) {
+  const TestFolder folder;
+  const SharedFile file = opened(duckDbOf(folder, "a.duckdb",
+                                          {"CREATE TYPE made.mood AS ENUM ('sad', 'glad')",
+                                           "CREATE TABLE made.t AS SELECT x::made.mood AS x FROM (VALUES ('glad'), "
+                                           "('sad'), (NULL)) AS v(x)"}));
+  EXPECT_EQ(types(file), "x A4");
+  EXPECT_EQ(shown(file), "'glad' / 'sad' / ''");
+}
+
 TEST(DuckDbTables, NeedNoNameWhereThereIsOne) {
   const TestFolder folder;
   EXPECT_EQ(shown(opened(duckDbOf(folder, "a.duckdb", {"CREATE TABLE made.t AS SELECT 1 AS x"}))), "1");

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -26,8 +27,15 @@ std::string stateOf(const std::string& path) {
 
 class DuckDbSource final : public StoredSource {
  public:
-  DuckDbSource(std::string path, std::string file, std::shared_ptr<const AttachedDatabase> database, DuckDbTable table)
-      : path_(std::move(path)), file_(std::move(file)), database_(std::move(database)), table_(std::move(table)) {}
+  using Comments = std::unordered_map<std::string, std::string>;
+
+  DuckDbSource(std::string path, std::string file, std::shared_ptr<const AttachedDatabase> database, DuckDbTable table,
+               Comments comments)
+      : path_(std::move(path)),
+        file_(std::move(file)),
+        database_(std::move(database)),
+        table_(std::move(table)),
+        comments_(std::move(comments)) {}
 
   const std::string& path() const override { return path_; }
   std::string relation() const override {
@@ -40,12 +48,17 @@ class DuckDbSource final : public StoredSource {
   Outcome<std::optional<DescribedTable>> description() const override {
     return describedByStored(isResource(table_.comment) ? std::optional(table_.comment) : std::nullopt, path_);
   }
+  std::string commentOn(const std::string& column) const override {
+    const auto found = comments_.find(column);
+    return found == comments_.end() ? std::string() : found->second;
+  }
 
  private:
   std::string path_;
   std::string file_;
   std::shared_ptr<const AttachedDatabase> database_;
   DuckDbTable table_;
+  Comments comments_;  // on columns, by their names
 };
 
 }  // namespace
@@ -65,7 +78,14 @@ Outcome<std::shared_ptr<const StoredSource>> openDuckDbTable(const std::string& 
   const Outcome<std::string> name = chosenTable(names, wanted, file);
   if (!name) return name.problem();
   const auto table = tables->begin() + (std::find(names.begin(), names.end(), *name) - names.begin());
-  return std::shared_ptr<const StoredSource>(std::make_shared<DuckDbSource>(path, file, std::move(*database), *table));
+  auto comments = commentsOnColumns((*database)->name(), *table);
+  if (!comments) {
+    Problem problem = comments.problem();
+    problem.where = file;
+    return problem;
+  }
+  return std::shared_ptr<const StoredSource>(
+      std::make_shared<DuckDbSource>(path, file, std::move(*database), *table, std::move(*comments)));
 }
 
 }  // namespace workbench::data

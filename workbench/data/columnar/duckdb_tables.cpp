@@ -27,6 +27,21 @@ Outcome<std::vector<DuckDbTable>> tablesOf(const std::string& database) {
   return tables;
 }
 
+Outcome<std::unordered_map<std::string, std::string>> commentsOnColumns(const std::string& database,
+                                                                        const DuckDbTableName& table) {
+  Outcome<std::unique_ptr<DuckDbQuery>> query = DuckDbQuery::start(
+      fmt::format("SELECT column_name, comment FROM duckdb_columns() WHERE database_name = {} AND schema_name = {} "
+                  "AND table_name = {} AND comment IS NOT NULL",
+                  sqlText(database), sqlText(table.schema), sqlText(table.name)));
+  if (!query) return query.problem();
+  std::unordered_map<std::string, std::string> comments;
+  const Outcome<Done> read = (*query)->eachChunk([&](const DuckDbQuery& chunk) {
+    for (std::size_t row = 0; row < chunk.rows(); ++row) comments.emplace(chunk.column(0)[row], chunk.column(1)[row]);
+  });
+  if (!read) return read.problem();
+  return comments;
+}
+
 Outcome<DuckDbTableName> tableToWrite(const std::string& database, const std::string& wanted) {
   const Outcome<std::vector<DuckDbTable>> tables = tablesOf(database);
   if (!tables) return tables.problem();

@@ -27,7 +27,9 @@ class StoredFile final : public DatasetFile<StoredDataset, StoredCaseReader> {
 std::vector<KnownColumn> knownColumns(const StoredTable& table) {
   std::vector<KnownColumn> known;
   for (const StoredColumn& column : table.columns) {
-    known.push_back({column.name, column.type, kindOf(column), warningOf(column), std::nullopt});
+    const std::string comment = table.source->commentOn(column.name);
+    const std::optional<std::string> label = comment.empty() ? std::nullopt : std::optional(comment);
+    known.push_back({column.name, column.type, kindOf(column), warningOf(column), label});
   }
   return known;
 }

@@ -41,6 +41,11 @@ class StoredSource {
   // What describes the table, where something does.
   virtual Outcome<std::optional<DescribedTable>> description() const = 0;
   virtual std::vector<std::string> warnings() const { return {}; }  // sentences
+  // What is said of a column where it is stored; empty: nothing.
+  virtual std::string commentOn(const std::string& column) const {
+    static_cast<void>(column);
+    return {};
+  }
   // Whether a column of texts has no type of its own: what its texts are is told by them, as in a text file.
   virtual bool isTextOfAnyKind(std::string_view column) const {
     static_cast<void>(column);
